@@ -1,0 +1,21 @@
+# Sources of the two libraries; the target, not the folder, decides what links widgets.
+set(CORVANTA_CORE_SOURCES
+    src/app/Work_Folder.cpp src/app/Work_Folder.h
+    src/tools/Progress.cpp src/tools/Progress.h
+    src/tools/TimeStrings.cpp src/tools/TimeStrings.h
+    src/tools/Tool_Locator.cpp src/tools/Tool_Locator.h
+    src/tools/Tool_Process.cpp src/tools/Tool_Process.h
+)
+
+set(CORVANTA_GUI_SOURCES
+    resources/MainWindow.ui
+    resources/Window_Progress.ui
+    src/app/AppDelegate.cpp src/app/AppDelegate.h
+    src/app/MainWindow.cpp src/app/MainWindow.h
+    src/app/Prompts.h
+    src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
+    src/app/StartUp.cpp
+    src/tools/Duration.cpp
+    src/tools/Tool_Runner.cpp
+    src/tools/Window_Progress.cpp src/tools/Window_Progress.h
+)

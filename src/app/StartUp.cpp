@@ -1,0 +1,66 @@
+#include "app/AppDelegate.h"
+
+#include "app/MainWindow.h"
+#include "app/Work_Folder.h"
+#include "tools/Tool_Locator.h"
+#include "tools/Window_Progress.h"
+#include "ui_MainWindow.h"
+
+#include <QCoreApplication>
+#include <QStandardPaths>
+
+void AppDelegate::applicationDidFinishLaunching() {
+    QWidget* preview = window->ui().playerView;
+    preview->setAutoFillBackground(true);
+    QPalette black = preview->palette();
+    black.setColor(QPalette::Window, Qt::black);
+    preview->setPalette(black);
+
+    windowProgress.reset();
+    i_Duration_in_Seconds = 0;
+    iCurrentSpectrumIndex = 0;
+    b_Draw_Thumbnails = false;
+    array_Time_Stamps.clear();
+    array_Thumbnails.clear();
+    array_Concatenate.clear();
+    s_Concatenate_Resolution.clear();
+
+    s_Output_Folder =
+        Work_Folder_Path(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    if (!Ensure_Work_Folder(s_Output_Folder)) {
+        prompts().showAlert({QStringLiteral("Error"),
+                             QStringLiteral("Error #0008. Application will exit."),
+                             {QStringLiteral("Close")}});
+        exitProcess(0);
+        return;
+    }
+
+    const QString executableFolder = QCoreApplication::applicationDirPath();
+    sffmpegPath = Locate_Tool(QStringLiteral("ffmpeg"), executableFolder);
+    simg2webpPath = Locate_Tool(QStringLiteral("img2webp"), executableFolder);
+
+    RemoveAllContentInFolder(s_Output_Folder);
+
+    window->setWindowTitle(QStringLiteral("Corvanta"));
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void AppDelegate::RemoveAllContentInFolder(const QString& folder) {
+    const QStringList failures = Remove_Folder_Content(folder);
+    for (const QString& failure : failures)
+        qInfo("oops: %s", qUtf8Printable(failure));
+}
+
+void AppDelegate::Terminate_App() {
+    exitProcess(0);
+}
+
+void AppDelegate::windowWillClose() {
+    Terminate_App();
+}
+
+void AppDelegate::OnMenuQuit() {
+    Terminate_App();
+}

@@ -1,0 +1,62 @@
+#include "app/Work_Folder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <filesystem>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void removeEntry(const fs::path& entry, QStringList& failures);
+
+void removeChildren(const fs::path& folder, QStringList& failures) {
+    std::error_code error;
+    fs::directory_iterator it(folder, error);
+    if (error) {
+        failures << QStringLiteral("Could not read “%1”: %2")
+                        .arg(QString::fromStdString(folder.string()),
+                             QString::fromStdString(error.message()));
+        return;
+    }
+    std::vector<fs::path> children;
+    for (const fs::directory_entry& child : it)
+        children.push_back(child.path());
+    for (const fs::path& child : children)
+        removeEntry(child, failures);
+}
+
+void removeEntry(const fs::path& entry, QStringList& failures) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(entry, error);
+    if (!error && fs::is_directory(status))
+        removeChildren(entry, failures);
+    if (!error)
+        fs::remove(entry, error);
+    if (error)
+        failures << QStringLiteral("Could not remove “%1”: %2")
+                        .arg(QString::fromStdString(entry.string()),
+                             QString::fromStdString(error.message()));
+}
+
+} // namespace
+
+QString Work_Folder_Path(const QString& documentsFolder) {
+    return QDir::cleanPath(documentsFolder + QStringLiteral("/Corvanta/"));
+}
+
+bool Ensure_Work_Folder(const QString& path) {
+    return QFileInfo::exists(path) || QDir().mkpath(path);
+}
+
+QStringList Remove_Folder_Content(const QString& folder) {
+    QStringList failures;
+    const fs::path root(QFile::encodeName(folder).toStdString());
+    std::error_code error;
+    if (fs::is_directory(fs::symlink_status(root, error)))
+        removeChildren(root, failures);
+    return failures;
+}

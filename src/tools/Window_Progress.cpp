@@ -1,0 +1,39 @@
+#include "tools/Window_Progress.h"
+
+#include "tools/Progress.h"
+#include "ui_Window_Progress.h"
+
+#include <QCloseEvent>
+
+Window_Progress::Window_Progress(QWidget* parent)
+    : QDialog(parent, Qt::Sheet | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
+    , ui(std::make_unique<Ui::Window_Progress>()) {
+    ui->setupUi(this);
+    labelDescription = ui->labelDescription;
+    progressBar = ui->progressBar;
+    setWindowModality(Qt::WindowModal);
+}
+
+Window_Progress::~Window_Progress() = default;
+
+void Window_Progress::beginSheet() {
+    open();
+}
+
+void Window_Progress::endSheet() {
+    b_Ending = true;
+    close();
+}
+
+void Window_Progress::setProgress(float percentage) {
+    f_Progress = percentage;
+    progressBar->setValue(Progress_Bar_Value(percentage));
+    progressBar->update();
+}
+
+void Window_Progress::closeEvent(QCloseEvent* event) {
+    if (b_Ending)
+        QDialog::closeEvent(event);
+    else
+        event->ignore();
+}
