@@ -1,8 +1,13 @@
 # Sources of the two libraries; the target, not the folder, decides what links widgets.
 set(CORVANTA_CORE_SOURCES
+    src/app/Media_Files.cpp src/app/Media_Files.h
     src/app/Work_Folder.cpp src/app/Work_Folder.h
+    src/player/Seeking.cpp src/player/Seeking.h
+    src/timeline/Object_Segment.h
+    src/timeline/Timeline_Style.h
     src/tools/Progress.cpp src/tools/Progress.h
     src/tools/TimeStrings.cpp src/tools/TimeStrings.h
+    src/tools/Tool_Arguments.cpp src/tools/Tool_Arguments.h
     src/tools/Tool_Locator.cpp src/tools/Tool_Locator.h
     src/tools/Tool_Process.cpp src/tools/Tool_Process.h
 )
@@ -11,10 +16,17 @@ set(CORVANTA_GUI_SOURCES
     resources/MainWindow.ui
     resources/Window_Progress.ui
     src/app/AppDelegate.cpp src/app/AppDelegate.h
+    src/app/ImageView_Drop_Files.cpp src/app/ImageView_Drop_Files.h
     src/app/MainWindow.cpp src/app/MainWindow.h
+    src/app/Open_File.cpp
     src/app/Prompts.h
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
     src/app/StartUp.cpp
+    src/player/Player.cpp
+    src/player/Transport.cpp
+    src/timeline/View_Middle_Tab.cpp src/timeline/View_Middle_Tab.h
+    src/timeline/View_Spectrum.cpp src/timeline/View_Spectrum.h
+    src/timeline/Waveform.cpp
     src/tools/Duration.cpp
     src/tools/Tool_Runner.cpp
     src/tools/Window_Progress.cpp src/tools/Window_Progress.h

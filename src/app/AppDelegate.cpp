@@ -1,19 +1,34 @@
 #include "app/AppDelegate.h"
 
+#include "app/ImageView_Drop_Files.h"
 #include "app/MainWindow.h"
 #include "app/Qt_Prompts.h"
+#include "timeline/View_Spectrum.h"
 #include "tools/Tool_Process.h"
 #include "tools/Window_Progress.h"
+#include "ui_MainWindow.h"
+
+#include <QAudioOutput>
+#include <QGridLayout>
+#include <QMediaPlayer>
 
 #include <cstdio>
 #include <cstdlib>
 
 namespace {
 
-[[noreturn]] void exitAtOnce(int status) {
+[[noreturn]] void exitAtOnce(int status)
+{
     Tool_Process::Kill_All_Running();
     std::fflush(nullptr);
     std::_Exit(status);
+}
+
+void oneShot(QTimer& timer, int milliseconds, AppDelegate* session, void (AppDelegate::*routine)())
+{
+    timer.setSingleShot(true);
+    timer.setInterval(milliseconds);
+    QObject::connect(&timer, &QTimer::timeout, session, routine);
 }
 
 } // namespace
@@ -22,11 +37,58 @@ AppDelegate::AppDelegate(QObject* parent)
     : QObject(parent)
     , exitProcess(exitAtOnce)
     , mainWindow(std::make_unique<MainWindow>(*this))
-    , prompter(std::make_unique<Qt_Prompts>(mainWindow.get())) {
+    , prompter(std::make_unique<Qt_Prompts>(mainWindow.get()))
+{
     window = mainWindow.get();
+    Ui::MainWindow& ui = window->ui();
+    playerView = ui.playerView;
+    videoWidget = ui.videoWidget;
+    timeSlider = ui.timeSlider;
+    sliderVolume = ui.sliderVolume;
+    loadingSpinner = ui.loadingSpinner;
+    noVideoLabel = ui.noVideoLabel;
+    unplayableLabel = ui.unplayableLabel;
+    buttonVideoPlay = ui.buttonVideoPlay;
+    buttonVideoPause = ui.buttonVideoPause;
+    buttonVideoStop = ui.buttonVideoStop;
+    labelCurrentTime = ui.labelCurrentTime;
+
+    dropView = new ImageView_Drop_Files(*this, playerView);
+    static_cast<QGridLayout*>(playerView->layout())->addWidget(dropView, 0, 0);
+    ViewSpectrumThumbnail = new View_Spectrum(*this, ui.waveformArea);
+    ui.waveformArea->layout()->addWidget(ViewSpectrumThumbnail);
+    viewTimeline = ui.timelineArea;
+
+    oneShot(timerShowWindowProgressModal, 200, this, &AppDelegate::TimerShowWindowProgressRoutine);
+    oneShot(timerHandleVideoSelected, 200, this, &AppDelegate::TimerHandleVideoSelectedRoutine);
+    oneShot(timerCreateSpectrumThumbnail, 100, this,
+            &AppDelegate::TimerCreateSpectrumThumbnailRoutine);
+    oneShot(timerSetCurrentPosition, 100, this, &AppDelegate::TimerSetCurrentVideoPositionRoutine);
+    oneShot(timerKeyLeft, 200, this, &AppDelegate::TimerKeyLeftRoutine);
+    oneShot(timerKeyRight, 200, this, &AppDelegate::TimerKeyRightRoutine);
+    timerPreviewAnswer.setSingleShot(true);
+    timerPreviewAnswer.setInterval(10000);
+    connect(&timerPreviewAnswer, &QTimer::timeout, this, [this] {
+        stopLoadingAnimationAndHandleError(QStringLiteral("the preview did not answer"));
+        Preview_Answered(false);
+    });
+    timeObserver.setInterval(100);
+    connect(&timeObserver, &QTimer::timeout, this,
+            [this] { timeSlider->setValue(static_cast<int>(currentTime())); });
+    timerVideoPlaying.setInterval(800);
+    connect(&timerVideoPlaying, &QTimer::timeout, this, &AppDelegate::TimerVideoPlayingRoutine);
+
+    connect(buttonVideoPlay, &QPushButton::clicked, this, &AppDelegate::OnVideoPlay);
+    connect(buttonVideoPause, &QPushButton::clicked, this, &AppDelegate::OnVideoPause);
+    connect(buttonVideoStop, &QPushButton::clicked, this, &AppDelegate::OnVideoStop);
+    connect(timeSlider, &QSlider::sliderMoved, this, &AppDelegate::OnChangeVideoPosition);
+    connect(sliderVolume, &QSlider::valueChanged, this,
+            [this](int value) { setVolume(static_cast<float>(value) / 100.0f); });
 }
 
-AppDelegate::~AppDelegate() {
+AppDelegate::~AppDelegate()
+{
     // Sheets are children of the main window: release them while it still exists.
     windowProgress.reset();
+    Teardown_Player();
 }

@@ -1,24 +1,37 @@
 #pragma once
 
 #include "app/Prompts.h"
+#include "timeline/Object_Segment.h"
 
 #include <QImage>
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
+#include <QUrl>
 
 #include <functional>
 #include <memory>
 #include <optional>
 
+class ImageView_Drop_Files;
 class MainWindow;
+class QAudioOutput;
+class QLabel;
+class QMediaPlayer;
+class QProgressBar;
+class QPushButton;
+class QSlider;
+class QVideoWidget;
+class View_Spectrum;
+class Window_Progress;
 
 // What probing a file found: its duration text, or why there is none.
 struct Duration_Probe {
     std::optional<QString> text; // " HH:MM:SS.h" as ffmpeg printed it
     bool toolStarted = true;     // false: ffmpeg itself could not be run (already reported)
 };
-class Window_Progress;
 
 // The editing session: the file, its working copy, durations, segments, the tools and the
 // windows. Every command is a method; each is defined in the folder of its subsystem.
@@ -32,12 +45,17 @@ public:
     void applicationDidFinishLaunching();
     void RemoveAllContentInFolder(const QString& folder);
     void Terminate_App();
-    void windowWillClose();
     void OnMenuQuit();
 
     // The seam for alerts, panels and the desktop.
     Prompts& prompts() { return *prompter; }
     void setPrompts(std::unique_ptr<Prompts> replacement) { prompter = std::move(replacement); }
+
+    // Opening and preparing a file (app/Open_File.cpp).
+    void OnToolbarOpenVideo();
+    void OpenFile(const QString& path);
+    void TimerShowWindowProgressRoutine();
+    void TimerHandleVideoSelectedRoutine();
 
     // Tools (tools/Duration.cpp, tools/Tool_Runner.cpp).
     std::optional<QString> Run_Tool_Blocking(const QString& tool, const QStringList& arguments);
@@ -50,9 +68,41 @@ public:
     void terminatedNotification();
     void Report_Tool_Not_Started(const QString& tool);
 
+    // The preview (player/Player.cpp).
+    void SetupVideoPreview();
+    bool setUpPlaybackOfAsset();
+    void stopLoadingAnimationAndHandleError(const QString& error);
+    void windowWillClose();
+    double duration() const;
+    double currentTime() const;
+    void setCurrentTime(double seconds);
+    float volume() const;
+    void setVolume(float level);
+
+    // Transport (player/Transport.cpp).
+    void OnVideoPlay();
+    void OnVideoPause();
+    void OnVideoStop();
+    void OnChangeVideoPosition();
+    void Set_Video_Current_Position(float percent);
+    void TimerSetCurrentVideoPositionRoutine();
+    void TimerVideoPlayingRoutine();
+    void TimerKeyLeftRoutine();
+    void TimerKeyRightRoutine();
+
+    // The waveform (timeline/Waveform.cpp).
+    void TimerCreateSpectrumThumbnailRoutine();
+    void openFileWithFilePathURL(const QUrl& url);
+
     // Source file and working copy.
     QString s_File_Path;
+    QUrl s_File_URL;
     QString sVideoFile;
+    bool b_Use_Original_File = false;
+    bool b_Open_File_Processed = false;
+    quintptr bHasAudio = 0;
+    QString s_Audio_File;
+    QUrl s_Audio_URL;
 
     // Durations.
     QString s_Duration;
@@ -63,11 +113,50 @@ public:
     quint64 u_Duration_All_Segments_in_Seconds = 0;
     quint64 u_Type_Progress = 0;
 
+    // Positions, in percent of the duration.
+    float f_Current_Position = 0.0f;
+    float f_Timeline_Position = 0.0f;
+
+    // Segments and timeline.
+    QList<Object_Segment> array_Segments;
+    QWidget* viewTimeline = nullptr;
+
     // Thumbnails and waveform.
     QStringList array_Time_Stamps;
     QList<QImage> array_Thumbnails;
     bool b_Draw_Thumbnails = false;
+    bool b_Dont_Load_Thumbnails = false;
+    QString sCurrentSpectrumFile;
     qint32 iCurrentSpectrumIndex = 0;
+    View_Spectrum* ViewSpectrumThumbnail = nullptr;
+
+    // The preview player and its controls.
+    std::unique_ptr<QMediaPlayer> player;
+    std::unique_ptr<QAudioOutput> audioOutput;
+    bool playerLayer = false; // the current player was given the video view
+    QVideoWidget* videoWidget = nullptr;
+    QWidget* playerView = nullptr;
+    ImageView_Drop_Files* dropView = nullptr;
+    QSlider* timeSlider = nullptr;
+    QSlider* sliderVolume = nullptr;
+    QProgressBar* loadingSpinner = nullptr;
+    QLabel* noVideoLabel = nullptr;
+    QLabel* unplayableLabel = nullptr;
+    QPushButton* buttonVideoPlay = nullptr;
+    QPushButton* buttonVideoPause = nullptr;
+    QPushButton* buttonVideoStop = nullptr;
+    QLabel* labelCurrentTime = nullptr;
+
+    // Timers; each is one-shot and restarting it replaces a pending one.
+    QTimer timerHandleVideoSelected;
+    QTimer timerCreateSpectrumThumbnail;
+    QTimer timerShowWindowProgressModal;
+    QTimer timerVideoPlaying;
+    QTimer timerSetCurrentPosition;
+    QTimer timerKeyLeft;
+    QTimer timerKeyRight;
+    QTimer timeObserver;       // feeds timeSlider while a playable file is loaded
+    QTimer timerPreviewAnswer; // gives up on a preview that never answers
 
     // Concatenation.
     QStringList array_Concatenate;
@@ -86,7 +175,22 @@ public:
     // How the process ends; tests replace it to observe the exit status.
     std::function<void(int)> exitProcess;
 
+signals:
+    void toolStarted(const QString& tool, const QStringList& arguments);
+    void seekRequested(qint64 milliseconds);
+    // The opened file is prepared (true), or it could not be and the session is empty (false).
+    void preparationFinished(bool ready);
+
 private:
+    void Preview_Answered(bool playable);
+    void Teardown_Player();
+    void Follow_Item_Status();
+    void Follow_Playback_State();
+    void Abandon_Opened_File(bool tellUnreadable);
+    void Tell_File_Unreadable(const QString& path);
+    void Redraw_Timeline();
+
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<Prompts> prompter;
+    int i_Item_Status = 0; // 0 unknown, 1 ready to play, 2 failed
 };

@@ -9,7 +9,8 @@
 
 namespace {
 
-QString nameFilter(const QStringList& extensions) {
+QString nameFilter(const QStringList& extensions)
+{
     if (extensions.isEmpty())
         return {};
     QStringList patterns;
@@ -22,9 +23,11 @@ QString nameFilter(const QStringList& extensions) {
 
 Qt_Prompts::Qt_Prompts(QWidget* parentWindow)
     : parent(parentWindow)
-    , s_Last_Folder(QDir::homePath()) {}
+    , s_Last_Folder(QDir::homePath())
+{}
 
-int Qt_Prompts::showAlert(const Alert_Request& request) {
+int Qt_Prompts::showAlert(const Alert_Request& request)
+{
     QMessageBox box(parent);
     box.setWindowTitle(QStringLiteral("Corvanta"));
     box.setText(request.messageText);
@@ -42,7 +45,8 @@ int Qt_Prompts::showAlert(const Alert_Request& request) {
                                      : static_cast<int>(clicked - buttons.cbegin());
 }
 
-QStringList Qt_Prompts::chooseFiles(const Panel_Request& request, bool multiple) {
+QStringList Qt_Prompts::chooseFiles(const Panel_Request& request, bool multiple)
+{
     const QString filter = nameFilter(request.extensions);
     QStringList files;
     if (multiple) {
@@ -58,7 +62,8 @@ QStringList Qt_Prompts::chooseFiles(const Panel_Request& request, bool multiple)
     return files;
 }
 
-std::optional<QString> Qt_Prompts::chooseFolder(const Panel_Request& request) {
+std::optional<QString> Qt_Prompts::chooseFolder(const Panel_Request& request)
+{
     const QString folder = QFileDialog::getExistingDirectory(parent, request.title, s_Last_Folder);
     if (folder.isEmpty())
         return std::nullopt;
@@ -66,7 +71,8 @@ std::optional<QString> Qt_Prompts::chooseFolder(const Panel_Request& request) {
     return folder;
 }
 
-std::optional<QString> Qt_Prompts::chooseSavePath(const Panel_Request& request) {
+std::optional<QString> Qt_Prompts::chooseSavePath(const Panel_Request& request)
+{
     const QString proposed = QDir(s_Last_Folder).filePath(request.presetName);
     const QString path = QFileDialog::getSaveFileName(parent, request.title, proposed);
     if (path.isEmpty())
@@ -75,10 +81,12 @@ std::optional<QString> Qt_Prompts::chooseSavePath(const Panel_Request& request) 
     return path;
 }
 
-void Qt_Prompts::openWithDesktop(const QUrl& url) {
+void Qt_Prompts::openWithDesktop(const QUrl& url)
+{
     QDesktopServices::openUrl(url);
 }
 
-void Qt_Prompts::rememberFolderOf(const QString& path) {
+void Qt_Prompts::rememberFolderOf(const QString& path)
+{
     s_Last_Folder = QFileInfo(path).absolutePath();
 }

@@ -8,8 +8,11 @@
 
 #include <QCoreApplication>
 #include <QStandardPaths>
+#include <QTimer>
+#include <QVideoWidget>
 
-void AppDelegate::applicationDidFinishLaunching() {
+void AppDelegate::applicationDidFinishLaunching()
+{
     QWidget* preview = window->ui().playerView;
     preview->setAutoFillBackground(true);
     QPalette black = preview->palette();
@@ -42,25 +45,31 @@ void AppDelegate::applicationDidFinishLaunching() {
     RemoveAllContentInFolder(s_Output_Folder);
 
     window->setWindowTitle(QStringLiteral("Corvanta"));
+    // The video view renders through a native window that never paints when it is first shown
+    // after a sheet has been up: show it with the window, then hide it until a video arrives.
+    videoWidget->show();
     window->show();
+    QTimer::singleShot(0, videoWidget, [this] {
+        if (!playerLayer)
+            videoWidget->hide();
+    });
     window->raise();
     window->activateWindow();
 }
 
-void AppDelegate::RemoveAllContentInFolder(const QString& folder) {
+void AppDelegate::RemoveAllContentInFolder(const QString& folder)
+{
     const QStringList failures = Remove_Folder_Content(folder);
     for (const QString& failure : failures)
         qInfo("oops: %s", qUtf8Printable(failure));
 }
 
-void AppDelegate::Terminate_App() {
+void AppDelegate::Terminate_App()
+{
     exitProcess(0);
 }
 
-void AppDelegate::windowWillClose() {
-    Terminate_App();
-}
-
-void AppDelegate::OnMenuQuit() {
+void AppDelegate::OnMenuQuit()
+{
     Terminate_App();
 }

@@ -13,7 +13,8 @@ namespace {
 
 void removeEntry(const fs::path& entry, QStringList& failures);
 
-void removeChildren(const fs::path& folder, QStringList& failures) {
+void removeChildren(const fs::path& folder, QStringList& failures)
+{
     std::error_code error;
     fs::directory_iterator it(folder, error);
     if (error) {
@@ -29,7 +30,8 @@ void removeChildren(const fs::path& folder, QStringList& failures) {
         removeEntry(child, failures);
 }
 
-void removeEntry(const fs::path& entry, QStringList& failures) {
+void removeEntry(const fs::path& entry, QStringList& failures)
+{
     std::error_code error;
     const fs::file_status status = fs::symlink_status(entry, error);
     if (!error && fs::is_directory(status))
@@ -44,15 +46,18 @@ void removeEntry(const fs::path& entry, QStringList& failures) {
 
 } // namespace
 
-QString Work_Folder_Path(const QString& documentsFolder) {
+QString Work_Folder_Path(const QString& documentsFolder)
+{
     return QDir::cleanPath(documentsFolder + QStringLiteral("/Corvanta/"));
 }
 
-bool Ensure_Work_Folder(const QString& path) {
+bool Ensure_Work_Folder(const QString& path)
+{
     return QFileInfo::exists(path) || QDir().mkpath(path);
 }
 
-QStringList Remove_Folder_Content(const QString& folder) {
+QStringList Remove_Folder_Content(const QString& folder)
+{
     QStringList failures;
     const fs::path root(QFile::encodeName(folder).toStdString());
     std::error_code error;

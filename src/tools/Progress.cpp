@@ -4,7 +4,8 @@
 
 #include <cmath>
 
-std::optional<quint64> Progress_Seconds_From_Status_Chunk(QStringView chunk) {
+std::optional<quint64> Progress_Seconds_From_Status_Chunk(QStringView chunk)
+{
     static constexpr QStringView marker = u"time=";
     // "time=" and the eight characters of HH:MM:SS that follow it.
     static constexpr qsizetype room = 13;
@@ -20,7 +21,8 @@ std::optional<quint64> Progress_Seconds_From_Status_Chunk(QStringView chunk) {
     return Return_Seconds_From_VOB_Duration_Str(chunk.mid(current + marker.size(), 8));
 }
 
-std::optional<quint64> Progress_Base_For_Type(quint64 type, const Progress_Bases& bases) {
+std::optional<quint64> Progress_Base_For_Type(quint64 type, const Progress_Bases& bases)
+{
     switch (type) {
     case Progress_Prepare_Convert:
     case Progress_Prepare_Sound:
@@ -37,11 +39,13 @@ std::optional<quint64> Progress_Base_For_Type(quint64 type, const Progress_Bases
     }
 }
 
-float Progress_Percentage(quint64 seconds, quint64 base) {
+float Progress_Percentage(quint64 seconds, quint64 base)
+{
     return static_cast<float>(seconds) * 100.0f / static_cast<float>(base);
 }
 
-int Progress_Bar_Value(float percentage) {
+int Progress_Bar_Value(float percentage)
+{
     if (std::isnan(percentage) || percentage <= 0.0f)
         return 0;
     if (percentage >= 100.0f)
@@ -49,7 +53,8 @@ int Progress_Bar_Value(float percentage) {
     return static_cast<int>(percentage);
 }
 
-bool Progress_Type_Closes_Sheet(quint64 type) {
+bool Progress_Type_Closes_Sheet(quint64 type)
+{
     return type == Progress_Prepare_Sound || type == Progress_Trim_Join ||
            type == Progress_Concatenate_Join;
 }

@@ -5,7 +5,8 @@
 namespace {
 
 // Leading decimal digits of at most two characters; anything else ends the number.
-quint64 twoDigitField(QStringView text, qsizetype position) {
+quint64 twoDigitField(QStringView text, qsizetype position)
+{
     quint64 value = 0;
     for (qsizetype i = position; i < position + 2 && i < text.size(); ++i) {
         const QChar c = text.at(i);
@@ -16,13 +17,15 @@ quint64 twoDigitField(QStringView text, qsizetype position) {
     return value;
 }
 
-quint64 secondsFromFields(QStringView text, qsizetype first) {
+quint64 secondsFromFields(QStringView text, qsizetype first)
+{
     return twoDigitField(text, first) * 3600 + twoDigitField(text, first + 3) * 60 +
            twoDigitField(text, first + 6);
 }
 
 // Truncation toward zero of a float that is known to be finite and in range; anything else is 0.
-quint32 truncatedField(float value) {
+quint32 truncatedField(float value)
+{
     if (!std::isfinite(value) || value <= 0.0f)
         return 0;
     if (value >= 4294967295.0f)
@@ -32,7 +35,8 @@ quint32 truncatedField(float value) {
 
 } // namespace
 
-QString Time_String_From_Seconds(float x) {
+QString Time_String_From_Seconds(float x)
+{
     const quint32 milliseconds = truncatedField((x - std::floor(x)) * 1000.0f);
     const quint32 hours = truncatedField(x / 3600.0f);
     const quint32 minutes = truncatedField(x / 60.0f - static_cast<float>(hours) * 60.0f);
@@ -41,23 +45,28 @@ QString Time_String_From_Seconds(float x) {
     return QString::asprintf("%02u:%02u:%02u.%03u", hours, minutes, seconds, milliseconds);
 }
 
-float Seconds_From_Position(quint64 durationSeconds, float percent) {
+float Seconds_From_Position(quint64 durationSeconds, float percent)
+{
     return static_cast<float>(durationSeconds) * percent / 100.0f;
 }
 
-QString Time_String_From_Position(quint64 durationSeconds, float percent) {
+QString Time_String_From_Position(quint64 durationSeconds, float percent)
+{
     return Time_String_From_Seconds(Seconds_From_Position(durationSeconds, percent));
 }
 
-quint64 Return_Seconds_From_Duration_Str(QStringView durationText) {
+quint64 Return_Seconds_From_Duration_Str(QStringView durationText)
+{
     return secondsFromFields(durationText, 1);
 }
 
-quint64 Return_Seconds_From_VOB_Duration_Str(QStringView clockText) {
+quint64 Return_Seconds_From_VOB_Duration_Str(QStringView clockText)
+{
     return secondsFromFields(clockText, 0);
 }
 
-std::optional<QString> Duration_Text_From_Report(QStringView report) {
+std::optional<QString> Duration_Text_From_Report(QStringView report)
+{
     static constexpr QStringView marker = u"Duration:";
     static constexpr qsizetype length = 11;
     const qsizetype at = report.indexOf(marker);

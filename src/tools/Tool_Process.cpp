@@ -6,7 +6,8 @@ namespace {
 
 constexpr qsizetype tailLimit = 8192;
 
-QSet<Tool_Process*>& running() {
+QSet<Tool_Process*>& running()
+{
     static QSet<Tool_Process*> set;
     return set;
 }
@@ -14,7 +15,8 @@ QSet<Tool_Process*>& running() {
 } // namespace
 
 Tool_Process::Tool_Process(QObject* parent)
-    : QObject(parent) {
+    : QObject(parent)
+{
     process.setStandardInputFile(QProcess::nullDevice());
     connect(&process, &QProcess::readyReadStandardError, this, &Tool_Process::readStandardError);
     connect(&process, &QProcess::readyReadStandardOutput, this, &Tool_Process::readStandardOutput);
@@ -30,7 +32,8 @@ Tool_Process::Tool_Process(QObject* parent)
     });
 }
 
-Tool_Process::~Tool_Process() {
+Tool_Process::~Tool_Process()
+{
     running().remove(this);
     if (process.state() != QProcess::NotRunning) {
         process.disconnect(this);
@@ -39,7 +42,8 @@ Tool_Process::~Tool_Process() {
     }
 }
 
-void Tool_Process::start(const QString& program, const QStringList& arguments, Output mode) {
+void Tool_Process::start(const QString& program, const QStringList& arguments, Output mode)
+{
     output = mode;
     process.setProcessChannelMode(mode == Output::Merged ? QProcess::MergedChannels
                                                          : QProcess::SeparateChannels);
@@ -47,7 +51,8 @@ void Tool_Process::start(const QString& program, const QStringList& arguments, O
     process.start(program, arguments, QIODevice::ReadOnly);
 }
 
-void Tool_Process::waitForEnd(QEventLoop::ProcessEventsFlags flags) {
+void Tool_Process::waitForEnd(QEventLoop::ProcessEventsFlags flags)
+{
     if (b_Ended)
         return;
     QEventLoop loop;
@@ -55,12 +60,14 @@ void Tool_Process::waitForEnd(QEventLoop::ProcessEventsFlags flags) {
     loop.exec(flags);
 }
 
-void Tool_Process::Kill_All_Running() {
+void Tool_Process::Kill_All_Running()
+{
     for (Tool_Process* tool : std::as_const(running()))
         tool->process.kill();
 }
 
-void Tool_Process::readStandardError() {
+void Tool_Process::readStandardError()
+{
     const QByteArray chunk = process.readAllStandardError();
     if (chunk.isEmpty())
         return;
@@ -70,13 +77,15 @@ void Tool_Process::readStandardError() {
     emit standardErrorData(chunk);
 }
 
-void Tool_Process::readStandardOutput() {
+void Tool_Process::readStandardOutput()
+{
     const QByteArray chunk = process.readAllStandardOutput();
     if (output == Output::Merged)
         merged.append(chunk);
 }
 
-void Tool_Process::finish() {
+void Tool_Process::finish()
+{
     if (b_Ended)
         return;
     readStandardOutput();

@@ -9,19 +9,22 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
-void AppDelegate::Show_Window_Progress() {
+void AppDelegate::Show_Window_Progress()
+{
     windowProgress = std::make_unique<Window_Progress>(window);
     windowProgress->beginSheet();
 }
 
-void AppDelegate::Close_Window_Progress() {
+void AppDelegate::Close_Window_Progress()
+{
     if (!windowProgress)
         return;
     windowProgress->endSheet();
     windowProgress.reset();
 }
 
-void AppDelegate::Set_Progress_Value(float percentage) {
+void AppDelegate::Set_Progress_Value(float percentage)
+{
     if (windowProgress)
         windowProgress->setProgress(percentage);
 }
@@ -29,7 +32,8 @@ void AppDelegate::Set_Progress_Value(float percentage) {
 // Runs one tool under the progress sheet and returns when it has ended, turning the event loop
 // meanwhile. False when the tool could not be started at all; the person has been told.
 bool AppDelegate::Run_Tool_With_Progress(const QString& tool, const QStringList& arguments,
-                                         quint64 type) {
+                                         quint64 type)
+{
     Set_Progress_Value(0.0f);
     u_Type_Progress = type;
     terminated = false;
@@ -37,6 +41,7 @@ bool AppDelegate::Run_Tool_With_Progress(const QString& tool, const QStringList&
     Tool_Process process;
     connect(&process, &Tool_Process::standardErrorData, this, &AppDelegate::errData);
     connect(&process, &Tool_Process::ended, this, &AppDelegate::terminatedNotification);
+    emit toolStarted(tool, arguments);
     process.start(tool, arguments, Tool_Process::Output::Separate);
     process.waitForEnd();
 
@@ -51,7 +56,8 @@ bool AppDelegate::Run_Tool_With_Progress(const QString& tool, const QStringList&
     return true;
 }
 
-void AppDelegate::errData(const QByteArray& chunk) {
+void AppDelegate::errData(const QByteArray& chunk)
+{
     if (chunk.isEmpty() || u_Type_Progress >= Progress_Audio_Trim_Extract)
         return;
     const std::optional<quint64> seconds =
@@ -64,15 +70,18 @@ void AppDelegate::errData(const QByteArray& chunk) {
         Set_Progress_Value(Progress_Percentage(*seconds, *base));
 }
 
-void AppDelegate::terminatedNotification() {
+void AppDelegate::terminatedNotification()
+{
     terminated = true;
     if (Progress_Type_Closes_Sheet(u_Type_Progress))
         Close_Window_Progress();
 }
 
 std::optional<QString> AppDelegate::Run_Tool_Blocking(const QString& tool,
-                                                      const QStringList& arguments) {
+                                                      const QStringList& arguments)
+{
     Tool_Process process;
+    emit toolStarted(tool, arguments);
     process.start(tool, arguments, Tool_Process::Output::Merged);
     // Short runs: the window keeps painting, while clicks and keys wait until the tool is done.
     process.waitForEnd(QEventLoop::ExcludeUserInputEvents);
@@ -83,7 +92,8 @@ std::optional<QString> AppDelegate::Run_Tool_Blocking(const QString& tool,
     return QString::fromUtf8(process.mergedOutput());
 }
 
-void AppDelegate::Report_Tool_Not_Started(const QString& tool) {
+void AppDelegate::Report_Tool_Not_Started(const QString& tool)
+{
     const QString name = QFileInfo(tool).fileName();
     const QString places = Tool_Search_Places_Text(QCoreApplication::applicationDirPath());
     qInfo("%s could not be started from %s", qUtf8Printable(name), qUtf8Printable(tool));

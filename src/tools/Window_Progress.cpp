@@ -7,7 +7,8 @@
 
 Window_Progress::Window_Progress(QWidget* parent)
     : QDialog(parent, Qt::Sheet | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
-    , ui(std::make_unique<Ui::Window_Progress>()) {
+    , ui(std::make_unique<Ui::Window_Progress>())
+{
     ui->setupUi(this);
     labelDescription = ui->labelDescription;
     progressBar = ui->progressBar;
@@ -16,22 +17,26 @@ Window_Progress::Window_Progress(QWidget* parent)
 
 Window_Progress::~Window_Progress() = default;
 
-void Window_Progress::beginSheet() {
+void Window_Progress::beginSheet()
+{
     open();
 }
 
-void Window_Progress::endSheet() {
+void Window_Progress::endSheet()
+{
     b_Ending = true;
     close();
 }
 
-void Window_Progress::setProgress(float percentage) {
+void Window_Progress::setProgress(float percentage)
+{
     f_Progress = percentage;
     progressBar->setValue(Progress_Bar_Value(percentage));
     progressBar->update();
 }
 
-void Window_Progress::closeEvent(QCloseEvent* event) {
+void Window_Progress::closeEvent(QCloseEvent* event)
+{
     if (b_Ending)
         QDialog::closeEvent(event);
     else

@@ -40,7 +40,8 @@ private:
 
 namespace {
 
-void writeFile(const QString& path, const QByteArray& content = "x") {
+void writeFile(const QString& path, const QByteArray& content = "x")
+{
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -49,7 +50,8 @@ void writeFile(const QString& path, const QByteArray& content = "x") {
 
 } // namespace
 
-void Test_Start_Up::init() {
+void Test_Start_Up::init()
+{
     home = std::make_unique<QTemporaryDir>();
     QVERIFY(home->isValid());
     qputenv("HOME", home->path().toUtf8());
@@ -57,12 +59,14 @@ void Test_Start_Up::init() {
     exitStatuses.clear();
 }
 
-void Test_Start_Up::cleanup() {
+void Test_Start_Up::cleanup()
+{
     session.reset();
     home.reset();
 }
 
-void Test_Start_Up::start() {
+void Test_Start_Up::start()
+{
     session = std::make_unique<AppDelegate>();
     auto scripted = std::make_unique<Scripted_Prompts>();
     prompts = scripted.get();
@@ -73,7 +77,8 @@ void Test_Start_Up::start() {
     session->applicationDidFinishLaunching();
 }
 
-void Test_Start_Up::createsWorkFolderWithItsParents() {
+void Test_Start_Up::createsWorkFolderWithItsParents()
+{
     QVERIFY(!QFileInfo::exists(documents()));
     start();
     QCOMPARE(session->s_Output_Folder, workFolder());
@@ -84,7 +89,8 @@ void Test_Start_Up::createsWorkFolderWithItsParents() {
     QCOMPARE(session->window->windowTitle(), QStringLiteral("Corvanta"));
 }
 
-void Test_Start_Up::emptiesWorkFolderButNotWhatLinksPointTo() {
+void Test_Start_Up::emptiesWorkFolderButNotWhatLinksPointTo()
+{
     const QString outside = home->filePath(QStringLiteral("outside"));
     writeFile(outside + QStringLiteral("/keep.txt"));
     writeFile(outside + QStringLiteral("/nested/keep-too.txt"));
@@ -109,7 +115,8 @@ void Test_Start_Up::emptiesWorkFolderButNotWhatLinksPointTo() {
     QVERIFY(prompts->alerts.isEmpty());
 }
 
-void Test_Start_Up::plainFileAtWorkFolderPathCountsAsPresent() {
+void Test_Start_Up::plainFileAtWorkFolderPathCountsAsPresent()
+{
     writeFile(workFolder(), "not a folder");
     start();
     QVERIFY(prompts->alerts.isEmpty());
@@ -118,7 +125,8 @@ void Test_Start_Up::plainFileAtWorkFolderPathCountsAsPresent() {
     QVERIFY(QFileInfo(workFolder()).isFile());
 }
 
-void Test_Start_Up::uncreatableWorkFolderAlertsAndExits() {
+void Test_Start_Up::uncreatableWorkFolderAlertsAndExits()
+{
     writeFile(documents(), "Documents is a file, so nothing can be made inside it");
     start();
     QCOMPARE(prompts->alerts.size(), 1);
@@ -130,7 +138,8 @@ void Test_Start_Up::uncreatableWorkFolderAlertsAndExits() {
     QVERIFY(!session->window->isVisible());
 }
 
-void Test_Start_Up::findsBothTools() {
+void Test_Start_Up::findsBothTools()
+{
     start();
     const QFileInfo ffmpeg(session->sffmpegPath);
     const QFileInfo img2webp(session->simg2webpPath);
@@ -140,7 +149,8 @@ void Test_Start_Up::findsBothTools() {
     QVERIFY2(img2webp.isExecutable(), qPrintable(session->simg2webpPath));
 }
 
-void Test_Start_Up::locateTool_data() {
+void Test_Start_Up::locateTool_data()
+{
     QTest::addColumn<QStringList>("present"); // folders, relative to the fake tree, holding it
     QTest::addColumn<QString>("expected");    // relative to the fake tree; "PATH" for PATH
     QTest::newRow("beside the executable wins")
@@ -151,7 +161,8 @@ void Test_Start_Up::locateTool_data() {
     QTest::newRow("nowhere: where it was expected first") << QStringList{} << "bin/resources/tool";
 }
 
-void Test_Start_Up::locateTool() {
+void Test_Start_Up::locateTool()
+{
     QFETCH(QStringList, present);
     QFETCH(QString, expected);
     QTemporaryDir tree;
@@ -176,7 +187,8 @@ void Test_Start_Up::locateTool() {
     QCOMPARE(found, want);
 }
 
-void Test_Start_Up::windowSizeIsClampedPerDimension_data() {
+void Test_Start_Up::windowSizeIsClampedPerDimension_data()
+{
     QTest::addColumn<QSize>("requested");
     QTest::addColumn<QSize>("expected");
     QTest::newRow("both too small") << QSize(500, 300) << QSize(800, 482);
@@ -185,7 +197,8 @@ void Test_Start_Up::windowSizeIsClampedPerDimension_data() {
     QTest::newRow("large enough") << QSize(1200, 800) << QSize(1200, 800);
 }
 
-void Test_Start_Up::windowSizeIsClampedPerDimension() {
+void Test_Start_Up::windowSizeIsClampedPerDimension()
+{
     QFETCH(QSize, requested);
     QFETCH(QSize, expected);
     start();
@@ -193,13 +206,15 @@ void Test_Start_Up::windowSizeIsClampedPerDimension() {
     QCOMPARE(session->window->size(), expected);
 }
 
-void Test_Start_Up::closingOrQuittingExitsWithZero_data() {
+void Test_Start_Up::closingOrQuittingExitsWithZero_data()
+{
     QTest::addColumn<bool>("byMenu");
     QTest::newRow("closing the window") << false;
     QTest::newRow("Quit in the menu") << true;
 }
 
-void Test_Start_Up::closingOrQuittingExitsWithZero() {
+void Test_Start_Up::closingOrQuittingExitsWithZero()
+{
     QFETCH(bool, byMenu);
     start();
     if (byMenu) {

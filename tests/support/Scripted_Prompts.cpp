@@ -1,13 +1,15 @@
 #include "Scripted_Prompts.h"
 
-int Scripted_Prompts::showAlert(const Alert_Request& request) {
+int Scripted_Prompts::showAlert(const Alert_Request& request)
+{
     alerts << request;
     if (!alertAnswers.isEmpty())
         return alertAnswers.takeFirst();
     return static_cast<int>(request.buttons.size()) - 1;
 }
 
-QStringList Scripted_Prompts::chooseFiles(const Panel_Request& request, bool) {
+QStringList Scripted_Prompts::chooseFiles(const Panel_Request& request, bool)
+{
     panels << request;
     if (fileAnswers.isEmpty()) {
         ++unansweredPanels;
@@ -16,7 +18,8 @@ QStringList Scripted_Prompts::chooseFiles(const Panel_Request& request, bool) {
     return fileAnswers.takeFirst();
 }
 
-std::optional<QString> Scripted_Prompts::chooseFolder(const Panel_Request& request) {
+std::optional<QString> Scripted_Prompts::chooseFolder(const Panel_Request& request)
+{
     panels << request;
     if (folderAnswers.isEmpty()) {
         ++unansweredPanels;
@@ -25,7 +28,8 @@ std::optional<QString> Scripted_Prompts::chooseFolder(const Panel_Request& reque
     return folderAnswers.takeFirst();
 }
 
-std::optional<QString> Scripted_Prompts::chooseSavePath(const Panel_Request& request) {
+std::optional<QString> Scripted_Prompts::chooseSavePath(const Panel_Request& request)
+{
     panels << request;
     if (saveAnswers.isEmpty()) {
         ++unansweredPanels;
@@ -34,6 +38,7 @@ std::optional<QString> Scripted_Prompts::chooseSavePath(const Panel_Request& req
     return saveAnswers.takeFirst();
 }
 
-void Scripted_Prompts::openWithDesktop(const QUrl& url) {
+void Scripted_Prompts::openWithDesktop(const QUrl& url)
+{
     opened << url;
 }

@@ -6,11 +6,13 @@
 
 namespace Test_Media {
 
-QString ffmpeg() {
+QString ffmpeg()
+{
     return QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
 }
 
-int runFfmpeg(const QStringList& arguments, QString* output) {
+int runFfmpeg(const QStringList& arguments, QString* output)
+{
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setStandardInputFile(QProcess::nullDevice());
@@ -22,7 +24,8 @@ int runFfmpeg(const QStringList& arguments, QString* output) {
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
-bool makeClip(const QString& path, const Clip& clip, QString* why) {
+bool makeClip(const QString& path, const Clip& clip, QString* why)
+{
     const QString duration = QString::number(clip.seconds);
     QStringList arguments = {QStringLiteral("-y"), QStringLiteral("-loglevel"),
                              QStringLiteral("error")};

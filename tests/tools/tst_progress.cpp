@@ -19,7 +19,8 @@ private slots:
     void baseAndSheetPerType();
 };
 
-void Test_Progress::secondsFromChunk_data() {
+void Test_Progress::secondsFromChunk_data()
+{
     QTest::addColumn<QString>("chunk");
     QTest::addColumn<Seconds>("expected");
     const QString line =
@@ -45,13 +46,15 @@ void Test_Progress::secondsFromChunk_data() {
         << QStringLiteral("size=N/A time=N/A bitrate=N/A") << Seconds(0);
 }
 
-void Test_Progress::secondsFromChunk() {
+void Test_Progress::secondsFromChunk()
+{
     QFETCH(QString, chunk);
     QFETCH(Seconds, expected);
     QCOMPARE(Progress_Seconds_From_Status_Chunk(chunk), expected);
 }
 
-void Test_Progress::barValue_data() {
+void Test_Progress::barValue_data()
+{
     QTest::addColumn<quint64>("seconds");
     QTest::addColumn<quint64>("base");
     QTest::addColumn<int>("bar");
@@ -63,14 +66,16 @@ void Test_Progress::barValue_data() {
     QTest::newRow("huge") << std::numeric_limits<quint64>::max() << quint64(1) << 100;
 }
 
-void Test_Progress::barValue() {
+void Test_Progress::barValue()
+{
     QFETCH(quint64, seconds);
     QFETCH(quint64, base);
     QFETCH(int, bar);
     QCOMPARE(Progress_Bar_Value(Progress_Percentage(seconds, base)), bar);
 }
 
-void Test_Progress::baseAndSheetPerType_data() {
+void Test_Progress::baseAndSheetPerType_data()
+{
     QTest::addColumn<quint64>("type");
     QTest::addColumn<Seconds>("base");
     QTest::addColumn<bool>("closesSheet");
@@ -87,7 +92,8 @@ void Test_Progress::baseAndSheetPerType_data() {
     QTest::newRow("9 unknown") << quint64(9) << Seconds() << false;
 }
 
-void Test_Progress::baseAndSheetPerType() {
+void Test_Progress::baseAndSheetPerType()
+{
     QFETCH(quint64, type);
     QFETCH(Seconds, base);
     QFETCH(bool, closesSheet);

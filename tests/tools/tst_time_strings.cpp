@@ -15,7 +15,8 @@ private slots:
     void durationTextFromReport();
 };
 
-void Test_Time_Strings::timeStringFromSeconds_data() {
+void Test_Time_Strings::timeStringFromSeconds_data()
+{
     QTest::addColumn<float>("seconds");
     QTest::addColumn<QString>("expected");
     QTest::newRow("zero") << 0.0f << "00:00:00.000";
@@ -26,13 +27,15 @@ void Test_Time_Strings::timeStringFromSeconds_data() {
     QTest::newRow("negative is clamped to zero fields") << -2.5f << "00:00:00.500";
 }
 
-void Test_Time_Strings::timeStringFromSeconds() {
+void Test_Time_Strings::timeStringFromSeconds()
+{
     QFETCH(float, seconds);
     QFETCH(QString, expected);
     QCOMPARE(Time_String_From_Seconds(seconds), expected);
 }
 
-void Test_Time_Strings::timeStringFromPosition_data() {
+void Test_Time_Strings::timeStringFromPosition_data()
+{
     QTest::addColumn<quint64>("duration");
     QTest::addColumn<float>("percent");
     QTest::addColumn<QString>("expected");
@@ -43,14 +46,16 @@ void Test_Time_Strings::timeStringFromPosition_data() {
     QTest::newRow("single precision truncation") << quint64(10) << 33.3f << "00:00:03.329";
 }
 
-void Test_Time_Strings::timeStringFromPosition() {
+void Test_Time_Strings::timeStringFromPosition()
+{
     QFETCH(quint64, duration);
     QFETCH(float, percent);
     QFETCH(QString, expected);
     QCOMPARE(Time_String_From_Position(duration, percent), expected);
 }
 
-void Test_Time_Strings::secondsFromTexts_data() {
+void Test_Time_Strings::secondsFromTexts_data()
+{
     QTest::addColumn<QString>("text");
     QTest::addColumn<quint64>("fromDuration");
     QTest::addColumn<quint64>("fromClock");
@@ -65,7 +70,8 @@ void Test_Time_Strings::secondsFromTexts_data() {
     QTest::newRow("empty") << "" << quint64(0) << quint64(0);
 }
 
-void Test_Time_Strings::secondsFromTexts() {
+void Test_Time_Strings::secondsFromTexts()
+{
     QFETCH(QString, text);
     QFETCH(quint64, fromDuration);
     QFETCH(quint64, fromClock);
@@ -73,7 +79,8 @@ void Test_Time_Strings::secondsFromTexts() {
     QCOMPARE(Return_Seconds_From_VOB_Duration_Str(text), fromClock);
 }
 
-void Test_Time_Strings::durationTextFromReport_data() {
+void Test_Time_Strings::durationTextFromReport_data()
+{
     QTest::addColumn<QString>("report");
     QTest::addColumn<QString>("expected"); // empty: no duration
     const QString head = QStringLiteral("Input #0, mov,mp4,m4a,3gp,3g2,mj2, from 'a.mp4':\n");
@@ -93,7 +100,8 @@ void Test_Time_Strings::durationTextFromReport_data() {
                                                << " 00:00:07.9";
 }
 
-void Test_Time_Strings::durationTextFromReport() {
+void Test_Time_Strings::durationTextFromReport()
+{
     QFETCH(QString, report);
     QFETCH(QString, expected);
     const std::optional<QString> text = Duration_Text_From_Report(report);

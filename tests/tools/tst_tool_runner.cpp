@@ -44,7 +44,8 @@ private:
     Scripted_Prompts* prompts = nullptr;
 };
 
-QStringList Test_Tool_Runner::oneSecondRun() {
+QStringList Test_Tool_Runner::oneSecondRun()
+{
     return {QStringLiteral("-re"),
             QStringLiteral("-f"),
             QStringLiteral("lavfi"),
@@ -57,14 +58,16 @@ QStringList Test_Tool_Runner::oneSecondRun() {
             QStringLiteral("-")};
 }
 
-void Test_Tool_Runner::initTestCase() {
+void Test_Tool_Runner::initTestCase()
+{
     QVERIFY(home.isValid() && clips.isValid());
     qputenv("HOME", home.path().toUtf8());
     qunsetenv("XDG_CONFIG_HOME");
     QVERIFY2(!Test_Media::ffmpeg().isEmpty(), "ffmpeg is not installed");
 }
 
-void Test_Tool_Runner::init() {
+void Test_Tool_Runner::init()
+{
     session = std::make_unique<AppDelegate>();
     auto scripted = std::make_unique<Scripted_Prompts>();
     prompts = scripted.get();
@@ -76,11 +79,13 @@ void Test_Tool_Runner::init() {
     QVERIFY(QFileInfo(session->sffmpegPath).isExecutable());
 }
 
-void Test_Tool_Runner::cleanup() {
+void Test_Tool_Runner::cleanup()
+{
     session.reset();
 }
 
-void Test_Tool_Runner::probeOfGeneratedClip() {
+void Test_Tool_Runner::probeOfGeneratedClip()
+{
     QString why;
     QVERIFY2(Test_Media::makeClip(clip("three.mp4"), {}, &why), qPrintable(why));
     const Duration_Probe probe = session->GetMediaFileDuration(clip("three.mp4"));
@@ -91,7 +96,8 @@ void Test_Tool_Runner::probeOfGeneratedClip() {
     QVERIFY(prompts->alerts.isEmpty());
 }
 
-void Test_Tool_Runner::probeOfTextFileFails() {
+void Test_Tool_Runner::probeOfTextFileFails()
+{
     QFile text(clip("notes.mp4"));
     QVERIFY(text.open(QIODevice::WriteOnly));
     text.write("These are notes, not a video.\n");
@@ -102,7 +108,8 @@ void Test_Tool_Runner::probeOfTextFileFails() {
     QVERIFY(prompts->alerts.isEmpty());
 }
 
-void Test_Tool_Runner::probeWithoutFfmpegSaysWhereItLooked() {
+void Test_Tool_Runner::probeWithoutFfmpegSaysWhereItLooked()
+{
     session->sffmpegPath = QStringLiteral("/nonexistent/resources/ffmpeg");
     const Duration_Probe probe = session->GetMediaFileDuration(clip("any.mp4"));
     QVERIFY(!probe.toolStarted);
@@ -113,7 +120,8 @@ void Test_Tool_Runner::probeWithoutFfmpegSaysWhereItLooked() {
     QVERIFY(prompts->alerts.first().informativeText.contains(QStringLiteral("PATH")));
 }
 
-void Test_Tool_Runner::realRunMovesTheBarAndEndsTheWait() {
+void Test_Tool_Runner::realRunMovesTheBarAndEndsTheWait()
+{
     session->Show_Window_Progress();
     int highest = 0;
     connect(session->windowProgress->progressBar, &QProgressBar::valueChanged, this,
@@ -127,14 +135,16 @@ void Test_Tool_Runner::realRunMovesTheBarAndEndsTheWait() {
     QVERIFY(session->windowProgress->isVisible());
 }
 
-void Test_Tool_Runner::sheetClosesOnlyForClosingTypes_data() {
+void Test_Tool_Runner::sheetClosesOnlyForClosingTypes_data()
+{
     QTest::addColumn<quint64>("type");
     QTest::addColumn<bool>("closes");
     for (quint64 type = 0; type <= 8; ++type)
         QTest::addRow("type %llu", type) << type << (type == 1 || type == 3 || type == 5);
 }
 
-void Test_Tool_Runner::sheetClosesOnlyForClosingTypes() {
+void Test_Tool_Runner::sheetClosesOnlyForClosingTypes()
+{
     QFETCH(quint64, type);
     QFETCH(bool, closes);
     session->Show_Window_Progress();
@@ -145,7 +155,8 @@ void Test_Tool_Runner::sheetClosesOnlyForClosingTypes() {
     QCOMPARE(session->windowProgress == nullptr, closes);
 }
 
-void Test_Tool_Runner::processEndingAtOnceEndsTheWait() {
+void Test_Tool_Runner::processEndingAtOnceEndsTheWait()
+{
     session->Show_Window_Progress();
     QElapsedTimer clock;
     clock.start();
@@ -156,7 +167,8 @@ void Test_Tool_Runner::processEndingAtOnceEndsTheWait() {
     QVERIFY(prompts->alerts.isEmpty());
 }
 
-void Test_Tool_Runner::missingToolEndsTheWaitWithAnAlert() {
+void Test_Tool_Runner::missingToolEndsTheWaitWithAnAlert()
+{
     session->Show_Window_Progress();
     QVERIFY(!session->Run_Tool_With_Progress(QStringLiteral("/nonexistent/img2webp"),
                                              {QStringLiteral("-version")}, 0));
@@ -168,7 +180,8 @@ void Test_Tool_Runner::missingToolEndsTheWaitWithAnAlert() {
     QCOMPARE(prompts->alerts.first().buttons, QStringList{QStringLiteral("Close")});
 }
 
-void Test_Tool_Runner::statusChunksMoveTheBar_data() {
+void Test_Tool_Runner::statusChunksMoveTheBar_data()
+{
     QTest::addColumn<quint64>("type");
     QTest::addColumn<QByteArray>("chunk");
     QTest::addColumn<float>("expected");
@@ -185,7 +198,8 @@ void Test_Tool_Runner::statusChunksMoveTheBar_data() {
         << quint64(2) << QByteArray("time=00:01:00.00 ") << 600.0f;
 }
 
-void Test_Tool_Runner::statusChunksMoveTheBar() {
+void Test_Tool_Runner::statusChunksMoveTheBar()
+{
     QFETCH(quint64, type);
     QFETCH(QByteArray, chunk);
     QFETCH(float, expected);
@@ -200,13 +214,15 @@ void Test_Tool_Runner::statusChunksMoveTheBar() {
     QCOMPARE(session->windowProgress->progressBar->value(), Progress_Bar_Value(expected));
 }
 
-void Test_Tool_Runner::windowKeepsPaintingWhileAChildRuns_data() {
+void Test_Tool_Runner::windowKeepsPaintingWhileAChildRuns_data()
+{
     QTest::addColumn<bool>("underSheet");
     QTest::newRow("tool runner under the sheet") << true;
     QTest::newRow("blocking run") << false;
 }
 
-void Test_Tool_Runner::windowKeepsPaintingWhileAChildRuns() {
+void Test_Tool_Runner::windowKeepsPaintingWhileAChildRuns()
+{
     QFETCH(bool, underSheet);
     QList<qint64> ticks;
     QElapsedTimer clock;

@@ -1,0 +1,45 @@
+#include "tools/Tool_Arguments.h"
+
+QStringList Probe_Arguments(const QString& media)
+{
+    return {QStringLiteral("-i"), media};
+}
+
+QStringList Working_Copy_Arguments(const QString& source, const QString& mpg)
+{
+    return {QStringLiteral("-i"),
+            source,
+            QStringLiteral("-target"),
+            QStringLiteral("ntsc-dvd"),
+            QStringLiteral("-acodec"),
+            QStringLiteral("ac3"),
+            QStringLiteral("-ar"),
+            QStringLiteral("44100"),
+            QStringLiteral("-ac"),
+            QStringLiteral("2"),
+            mpg};
+}
+
+QStringList Sound_Extraction_Arguments(const QString& source, const QString& wav)
+{
+    return {QStringLiteral("-i"),
+            source,
+            QStringLiteral("-acodec"),
+            QStringLiteral("pcm_s16le"),
+            QStringLiteral("-ar"),
+            QStringLiteral("44100"),
+            QStringLiteral("-ac"),
+            QStringLiteral("2"),
+            wav};
+}
+
+QStringList Waveform_Arguments(const QString& audio, const QString& png)
+{
+    return {QStringLiteral("-i"),
+            audio,
+            QStringLiteral("-filter_complex"),
+            QStringLiteral("showwavespic=colors=#1c99d5"),
+            QStringLiteral("-vframes"),
+            QStringLiteral("1"),
+            png};
+}

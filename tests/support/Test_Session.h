@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Scripted_Prompts.h"
+#include "app/AppDelegate.h"
+
+#include <QPair>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+// A started session in a private home folder, with scripted prompts and every tool run recorded.
+class Test_Session {
+public:
+    Test_Session();
+    ~Test_Session();
+
+    AppDelegate* operator->() { return session.get(); }
+    AppDelegate& operator*() { return *session; }
+
+    // Opens the file and waits for its preparation: true when ready, false when it was given
+    // up, nothing when the session refused it outright or the wait timed out.
+    std::optional<bool> openAndWait(const QString& path, int timeoutMs = 90000);
+
+    QString workFile(const QString& name) const;
+    // The runs of a tool whose arguments contain the given text.
+    QList<QStringList> runsWith(const QString& text) const;
+
+    QTemporaryDir home;
+    Scripted_Prompts* prompts = nullptr;
+    QList<QPair<QString, QStringList>> toolRuns;
+    QList<int> exitStatuses;
+
+private:
+    std::unique_ptr<AppDelegate> session;
+};
