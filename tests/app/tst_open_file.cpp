@@ -3,6 +3,7 @@
 #include "app/ImageView_Drop_Files.h"
 #include "app/MainWindow.h"
 #include "tools/TimeStrings.h"
+#include "tools/Window_Progress.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,6 +11,7 @@
 #include <QMediaPlayer>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVideoWidget>
 
@@ -22,6 +24,9 @@ private slots:
     void videoWithoutSoundHasNoWaveform();
     void blanksBecomeUnderscoresAndSegmentsAreEmptied();
     void unreadableFileLeavesTheSessionAsItWas();
+    void soundOnlyFileShowsTheNoVideoLabel();
+    void openPanelOffersVideoTypesAndCancelChangesNothing();
+    void failedProbeDuringPreparationEmptiesTheSession();
     void dropPanelAndMiddleTabPaintTheirColours();
     void dropsFollowTheExtensionRule_data();
     void dropsFollowTheExtensionRule();
@@ -52,6 +57,9 @@ void Test_Open_File::initTestCase()
     Test_Media::Clip silent;
     silent.audio = false;
     QVERIFY2(Test_Media::makeClip(clip("silent.mp4"), silent, &why), qPrintable(why));
+    Test_Media::Clip soundOnly;
+    soundOnly.video = false;
+    QVERIFY2(Test_Media::makeClip(clip("sound.mp4"), soundOnly, &why), qPrintable(why));
     Test_Media::Clip avi;
     avi.codecArguments = {};
     QVERIFY2(Test_Media::makeClip(clip("My Clip.avi"), avi, &why), qPrintable(why));
@@ -93,7 +101,13 @@ void Test_Open_File::mp4PlaysDirectlyAndGetsItsSoundAndWaveform()
 void Test_Open_File::wmvIsConvertedIntoTheWorkingCopy()
 {
     Test_Session session;
+    QList<bool> sheetUpAtRun;
+    QObject::connect(&*session, &AppDelegate::toolStarted, [&](const QString&, const QStringList&) {
+        sheetUpAtRun << (session->windowProgress && session->windowProgress->isVisible());
+    });
     QCOMPARE(session.openAndWait(clip("b.wmv")), std::optional<bool>(true));
+    // Probe, conversion, sound, time-base probe: the sheet covers the two long runs.
+    QCOMPARE(sheetUpAtRun.mid(0, 4), (QList<bool>{false, false, true, true}));
 
     const QString mpg = session.workFile("b.mpg");
     QVERIFY(!session->b_Use_Original_File);
@@ -157,6 +171,55 @@ void Test_Open_File::unreadableFileLeavesTheSessionAsItWas()
     QCOMPARE(session->player.get(), before);
     QCOMPARE(session->i_Duration_in_Seconds, quint64(3));
     QVERIFY(session->windowProgress == nullptr);
+}
+
+void Test_Open_File::soundOnlyFileShowsTheNoVideoLabel()
+{
+    Test_Session session;
+    QCOMPARE(session.openAndWait(clip("sound.mp4")), std::optional<bool>(true));
+    QVERIFY(!session->b_Use_Original_File);
+    QVERIFY(session->noVideoLabel->isVisible());
+    QVERIFY(!session->unplayableLabel->isVisible());
+    QCOMPARE(session->bHasAudio, quintptr(1));
+    QCOMPARE(session->i_Duration_in_Seconds, quint64(3));
+}
+
+void Test_Open_File::openPanelOffersVideoTypesAndCancelChangesNothing()
+{
+    Test_Session session;
+    session->OnToolbarOpenVideo();
+    QCOMPARE(session.prompts->panels.size(), 1);
+    QCOMPARE(session.prompts->panels.first().extensions,
+             (QStringList{"wmv", "mov", "mpg", "mpeg", "mpe", "avi", "asf", "asx", "qt", "mp4",
+                          "m4v", "flv", "ts", "3gp", "fli", "m1v", "m2v", "mjpg"}));
+    QVERIFY(session.toolRuns.isEmpty());
+    QVERIFY(session->s_File_Path.isEmpty());
+
+    session.prompts->fileAnswers << QStringList{clip("second.mp4")};
+    QSignalSpy finished(&*session, &AppDelegate::preparationFinished);
+    session->OnToolbarOpenVideo();
+    QVERIFY(finished.wait(60000));
+    QCOMPARE(session->s_File_Path, clip("second.mp4"));
+}
+
+void Test_Open_File::failedProbeDuringPreparationEmptiesTheSession()
+{
+    Test_Session session;
+    QCOMPARE(session.openAndWait(clip("second.mp4")), std::optional<bool>(true));
+    QSignalSpy finished(&*session, &AppDelegate::preparationFinished);
+    // The file changed under us between the first look and the preparation.
+    session->s_File_Path = clip("notes.mp4");
+    session->TimerShowWindowProgressRoutine();
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().first().toBool(), false);
+    QCOMPARE(session.prompts->alerts.size(), 1);
+    QVERIFY(session.prompts->alerts.first().informativeText.contains("notes.mp4"));
+    QVERIFY(session->s_File_Path.isEmpty());
+    QVERIFY(session->sVideoFile.isEmpty());
+    QCOMPARE(session->i_Duration_in_Seconds, quint64(0));
+    QVERIFY(!session->player);
+    QVERIFY(session->windowProgress == nullptr);
+    QVERIFY(session->dropView->isVisible());
 }
 
 void Test_Open_File::dropPanelAndMiddleTabPaintTheirColours()
