@@ -4,6 +4,8 @@ set(CORVANTA_CORE_SOURCES
     src/app/Work_Folder.cpp src/app/Work_Folder.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Object_Segment.h
+    src/timeline/Segment_List.cpp src/timeline/Segment_List.h
+    src/timeline/Timeline_Geometry.cpp src/timeline/Timeline_Geometry.h
     src/timeline/Timeline_Style.h
     src/tools/Progress.cpp src/tools/Progress.h
     src/tools/TimeStrings.cpp src/tools/TimeStrings.h
@@ -24,8 +26,11 @@ set(CORVANTA_GUI_SOURCES
     src/app/StartUp.cpp
     src/player/Player.cpp
     src/player/Transport.cpp
+    src/timeline/Segments.cpp
+    src/timeline/Thumbnails.cpp
     src/timeline/View_Middle_Tab.cpp src/timeline/View_Middle_Tab.h
     src/timeline/View_Spectrum.cpp src/timeline/View_Spectrum.h
+    src/timeline/View_Video_Timeline.cpp src/timeline/View_Video_Timeline.h
     src/timeline/Waveform.cpp
     src/tools/Duration.cpp
     src/tools/Tool_Runner.cpp

@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "app/Qt_Prompts.h"
 #include "timeline/View_Spectrum.h"
+#include "timeline/View_Video_Timeline.h"
 #include "tools/Tool_Process.h"
 #include "tools/Window_Progress.h"
 #include "ui_MainWindow.h"
@@ -57,12 +58,16 @@ AppDelegate::AppDelegate(QObject* parent)
     static_cast<QGridLayout*>(playerView->layout())->addWidget(dropView, 0, 0);
     ViewSpectrumThumbnail = new View_Spectrum(*this, ui.waveformArea);
     ui.waveformArea->layout()->addWidget(ViewSpectrumThumbnail);
-    viewTimeline = ui.timelineArea;
+    viewTimeline = new View_Video_Timeline(*this, ui.timelineArea);
+    static_cast<QGridLayout*>(ui.timelineArea->layout())->addWidget(viewTimeline, 0, 0);
+    spinnerLoadingThumbnails = ui.spinnerLoadingThumbnails;
+    spinnerLoadingThumbnails->raise();
 
     oneShot(timerShowWindowProgressModal, 200, this, &AppDelegate::TimerShowWindowProgressRoutine);
     oneShot(timerHandleVideoSelected, 200, this, &AppDelegate::TimerHandleVideoSelectedRoutine);
     oneShot(timerCreateSpectrumThumbnail, 100, this,
             &AppDelegate::TimerCreateSpectrumThumbnailRoutine);
+    oneShot(timerGetThumbnail, 100, this, &AppDelegate::TimerGetThumbnailRoutine);
     oneShot(timerSetCurrentPosition, 100, this, &AppDelegate::TimerSetCurrentVideoPositionRoutine);
     oneShot(timerKeyLeft, 200, this, &AppDelegate::TimerKeyLeftRoutine);
     oneShot(timerKeyRight, 200, this, &AppDelegate::TimerKeyRightRoutine);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Prompts.h"
-#include "timeline/Object_Segment.h"
+#include "timeline/Segment_List.h"
 
 #include <QImage>
 #include <QList>
@@ -25,6 +25,7 @@ class QPushButton;
 class QSlider;
 class QVideoWidget;
 class View_Spectrum;
+class View_Video_Timeline;
 class Window_Progress;
 
 // What probing a file found: its duration text, or why there is none.
@@ -90,6 +91,22 @@ public:
     void TimerKeyLeftRoutine();
     void TimerKeyRightRoutine();
 
+    // Segments (timeline/Segments.cpp).
+    void OnToolbarAddStartPoint();
+    void OnToolbarRemoveAllSegments();
+    bool Point_Inside_Segment(float position) const;
+    bool Empty_Segment() const;
+    float Return_Left_Limit_From_Start_Position(float position) const;
+    float Return_Right_Limit_From_End_Position(float position) const;
+    void Calculate_Disabled_Rectangles();
+
+    // The thumbnail strip (timeline/Thumbnails.cpp).
+    void Get_All_Thumbnails();
+    void TimerGetThumbnailRoutine();
+    std::optional<QImage> Generate_Thumbnail(const QString& timeStamp);
+    static QImage Resize_Image_To_Fit_Size(const QImage& image, double width, double height);
+    std::optional<QImage> Generate_Thumbnail_File(const QString& path);
+
     // The waveform (timeline/Waveform.cpp).
     void TimerCreateSpectrumThumbnailRoutine();
     void openFileWithFilePathURL(const QUrl& url);
@@ -118,14 +135,17 @@ public:
     float f_Timeline_Position = 0.0f;
 
     // Segments and timeline.
-    QList<Object_Segment> array_Segments;
-    QWidget* viewTimeline = nullptr;
+    Segment_List array_Segments;
+    QList<Object_Disabled_Rectangle> array_Disabled_Rectangles;
+    View_Video_Timeline* viewTimeline = nullptr;
 
     // Thumbnails and waveform.
     QStringList array_Time_Stamps;
     QList<QImage> array_Thumbnails;
     bool b_Draw_Thumbnails = false;
     bool b_Dont_Load_Thumbnails = false;
+    quint64 i_Thumbnail_Index = 0;
+    QProgressBar* spinnerLoadingThumbnails = nullptr;
     QString sCurrentSpectrumFile;
     qint32 iCurrentSpectrumIndex = 0;
     View_Spectrum* ViewSpectrumThumbnail = nullptr;
@@ -150,6 +170,7 @@ public:
     // Timers; each is one-shot and restarting it replaces a pending one.
     QTimer timerHandleVideoSelected;
     QTimer timerCreateSpectrumThumbnail;
+    QTimer timerGetThumbnail;
     QTimer timerShowWindowProgressModal;
     QTimer timerVideoPlaying;
     QTimer timerSetCurrentPosition;
@@ -192,5 +213,6 @@ private:
 
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<Prompts> prompter;
-    int i_Item_Status = 0; // 0 unknown, 1 ready to play, 2 failed
+    int i_Item_Status = 0;         // 0 unknown, 1 ready to play, 2 failed
+    quint64 u_Thumbnail_Chain = 0; // which run of the thumbnail chain is current
 };

@@ -18,6 +18,10 @@ MainWindow::MainWindow(AppDelegate& delegate)
     form->actionQuit->setShortcut(QKeySequence::Quit);
     connect(form->actionOpen, &QAction::triggered, &session, &AppDelegate::OnToolbarOpenVideo);
     connect(form->actionQuit, &QAction::triggered, &session, &AppDelegate::OnMenuQuit);
+    connect(form->actionAddSegment, &QAction::triggered, &session,
+            &AppDelegate::OnToolbarAddStartPoint);
+    connect(form->actionRemoveAllSegments, &QAction::triggered, &session,
+            &AppDelegate::OnToolbarRemoveAllSegments);
 
     // Left and Right step the playhead; each press restarts a short delay before the step.
     auto* left = new QShortcut(QKeySequence(Qt::Key_Left), this);

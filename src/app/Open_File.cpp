@@ -2,6 +2,7 @@
 
 #include "app/ImageView_Drop_Files.h"
 #include "app/Media_Files.h"
+#include "timeline/View_Video_Timeline.h"
 #include "tools/TimeStrings.h"
 #include "tools/Tool_Arguments.h"
 
@@ -101,6 +102,7 @@ void AppDelegate::TimerHandleVideoSelectedRoutine()
     }
     s_Duration = *base.text;
     i_Duration_in_Seconds = Return_Seconds_From_Duration_Str(s_Duration);
+    viewTimeline->Forget_Thumbnails();
     Redraw_Timeline();
     emit preparationFinished(true);
 }

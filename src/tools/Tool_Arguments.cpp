@@ -1,5 +1,7 @@
 #include "tools/Tool_Arguments.h"
 
+#include <QFileInfo>
+
 QStringList Probe_Arguments(const QString& media)
 {
     return {QStringLiteral("-i"), media};
@@ -42,4 +44,28 @@ QStringList Waveform_Arguments(const QString& audio, const QString& png)
             QStringLiteral("-vframes"),
             QStringLiteral("1"),
             png};
+}
+
+QStringList Thumbnail_Arguments(const QString& timeStamp, const QString& source,
+                                const QString& bitmap)
+{
+    return {
+        QStringLiteral("-ss"), timeStamp, QStringLiteral("-i"), source, QStringLiteral("-vframes"),
+        QStringLiteral("1"),   bitmap};
+}
+
+QStringList Thumbnail_File_Arguments(const QString& source, const QString& bitmap)
+{
+    return {QStringLiteral("-i"),
+            source,
+            QStringLiteral("-ss"),
+            QStringLiteral("00:00:06"),
+            QStringLiteral("-vframes"),
+            QStringLiteral("1"),
+            bitmap};
+}
+
+QString Thumbnail_Bitmap_Path(const QString& workFolder, const QString& source)
+{
+    return QStringLiteral("%1/%2.bmp").arg(workFolder, QFileInfo(source).fileName());
 }

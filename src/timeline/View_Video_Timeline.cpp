@@ -1,0 +1,266 @@
+#include "timeline/View_Video_Timeline.h"
+
+#include "app/AppDelegate.h"
+#include "timeline/Timeline_Geometry.h"
+#include "timeline/Timeline_Style.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+View_Video_Timeline::View_Video_Timeline(AppDelegate& delegate, QWidget* parent)
+    : QWidget(parent)
+    , session(delegate)
+{
+    setAccessibleName(QStringLiteral("Timeline"));
+}
+
+void View_Video_Timeline::fill(QPainter& painter, const QRectF& rect, const QColor& color) const
+{
+    painter.fillRect(To_Top_Left(rect, height()), color);
+}
+
+void View_Video_Timeline::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const double W = width();
+    fill(painter, QRectF(0, 0, W, height()), Timeline_Background_Color());
+    if (W == Guard_Width)
+        return;
+    f_AudioPlot_Width = static_cast<float>(W);
+    drawRules(painter);
+
+    // Qt repaints for many reasons (expose, a menu or spinner above the strip); one that
+    // changes nothing the thumbnails depend on keeps them instead of fetching them again.
+    const QString key = thumbnailKey();
+    if (key == s_Fetched_For)
+        session.b_Dont_Load_Thumbnails = true;
+    if (session.b_Dont_Load_Thumbnails) {
+        session.b_Draw_Thumbnails = true;
+    } else if (!session.b_Draw_Thumbnails) {
+        session.array_Time_Stamps.clear();
+        session.array_Thumbnails.clear();
+    }
+    const Strip strip = drawRulerAndThumbnails(painter);
+
+    if (session.i_Duration_in_Seconds != 0) {
+        if (session.array_Thumbnails.size() >= 2)
+            drawFilmStrip(painter, strip);
+        drawPlayhead(painter);
+        drawSegments(painter);
+        if (!session.array_Segments.isEmpty())
+            drawShading(painter);
+        if (session.b_Draw_Thumbnails) {
+            session.b_Draw_Thumbnails = false;
+        } else {
+            s_Fetched_For = key;
+            session.Get_All_Thumbnails();
+        }
+    }
+    session.b_Dont_Load_Thumbnails = false;
+}
+
+QString View_Video_Timeline::thumbnailKey() const
+{
+    return QStringLiteral("%1|%2|%3")
+        .arg(width())
+        .arg(session.i_Duration_in_Seconds)
+        .arg(session.s_File_Path);
+}
+
+void View_Video_Timeline::drawRules(QPainter& painter) const
+{
+    const double H = height();
+    fill(painter, QRectF(0, H - 16, width(), 1), Qt::black);
+    fill(painter, QRectF(0, H - 32, width(), 1), Qt::black);
+}
+
+View_Video_Timeline::Strip View_Video_Timeline::drawRulerAndThumbnails(QPainter& painter)
+{
+    const double H = height();
+    Strip strip;
+    QFont font(QStringLiteral("Verdana"));
+    font.setPointSize(10);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+    const QFontMetricsF metrics(font);
+    const QList<Ruler_Slot> ruler = Ruler_Slots(session.i_Duration_in_Seconds, width());
+    for (qsizetype i = 0; i < ruler.size(); ++i) {
+        const Ruler_Slot& slot = ruler.at(i);
+        fill(painter, QRectF(slot.left, H - 16, 1, 6), Qt::black);
+        const double textWidth = metrics.horizontalAdvance(slot.label);
+        const QRectF label(slot.right - textWidth - 5, H - 15, textWidth, metrics.height());
+        painter.drawText(To_Top_Left(label, H), Qt::AlignLeft | Qt::AlignBottom, slot.label);
+        if (session.i_Duration_in_Seconds == 0)
+            continue;
+        if (!session.b_Draw_Thumbnails) {
+            session.array_Time_Stamps.insert(std::min(i, session.array_Time_Stamps.size()),
+                                             slot.timeStamp);
+        } else if (i < session.array_Thumbnails.size()) {
+            const QImage& thumbnail = session.array_Thumbnails.at(i);
+            strip.bottom = Thumbnail_Bottom(thumbnail.height());
+            strip.height = thumbnail.height();
+            const QRectF place(slot.left, strip.bottom, thumbnail.width(), thumbnail.height());
+            painter.drawImage(To_Top_Left(place, H), thumbnail);
+        }
+    }
+    return strip;
+}
+
+// White bands over the thumbnails' top and bottom edges, with a row of black holes each.
+void View_Video_Timeline::drawFilmStrip(QPainter& painter, Strip strip) const
+{
+    const double W = width();
+    const QList<double> holes = Film_Hole_Lefts(W);
+    for (const double band : {strip.bottom, strip.bottom + strip.height - 6}) {
+        fill(painter, QRectF(0, band, W, 6), Qt::white);
+        for (const double left : holes)
+            fill(painter, QRectF(left, band + 2, 4, 2), Qt::black);
+    }
+}
+
+void View_Video_Timeline::drawPlayhead(QPainter& painter)
+{
+    const double H = height();
+    const float x = Position_To_X(session.f_Timeline_Position, width());
+    fill(painter, QRectF(x, 0, 1, H), Qt::red);
+    rect_Selection_Start = Knob_Rect(x, H);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::red);
+    painter.drawEllipse(To_Top_Left(rect_Selection_Start, H));
+    painter.restore();
+}
+
+void View_Video_Timeline::drawSegments(QPainter& painter)
+{
+    const double H = height();
+    const double W = width();
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    const auto triangle = [&](const std::array<QPointF, 3>& corners) {
+        QPolygonF polygon;
+        for (const QPointF& corner : corners)
+            polygon << fromBottomLeft(corner);
+        painter.drawPolygon(polygon);
+    };
+    for (Object_Segment& segment : session.array_Segments) {
+        const float xs = Position_To_X(segment.f_Start, W);
+        fill(painter, QRectF(xs, 0, 1, H - 20), Qt::white);
+        triangle(Start_Flag_Triangle(xs, H));
+        segment.rectStart = Start_Flag_Rect(xs, H);
+        const float xe = Position_To_X(segment.f_End, W);
+        fill(painter, QRectF(xe, 0, 1, H - 20), Qt::white);
+        triangle(End_Flag_Triangle(xe, H));
+        segment.rectEnd = End_Flag_Rect(xe, H);
+    }
+    painter.restore();
+}
+
+// Painted last, over everything below the flag band.
+void View_Video_Timeline::drawShading(QPainter& painter)
+{
+    session.Calculate_Disabled_Rectangles();
+    for (const Object_Disabled_Rectangle& range : std::as_const(session.array_Disabled_Rectangles))
+        fill(painter, Disabled_Range_Rect(range.left(), range.right(), width(), height()),
+             QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.5f));
+}
+
+QPointF View_Video_Timeline::fromBottomLeft(QPointF point) const
+{
+    return QPointF(point.x(), height() - point.y());
+}
+
+void View_Video_Timeline::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        mouseDown(fromBottomLeft(event->position()));
+}
+
+void View_Video_Timeline::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons() & Qt::LeftButton)
+        mouseDragged(fromBottomLeft(event->position()));
+}
+
+void View_Video_Timeline::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        mouseUp();
+}
+
+void View_Video_Timeline::movePlayhead(float position)
+{
+    session.f_Timeline_Position = position;
+    session.Set_Video_Current_Position(position);
+    session.b_Dont_Load_Thumbnails = true;
+    update();
+}
+
+void View_Video_Timeline::mouseDown(QPointF point)
+{
+    if (session.i_Duration_in_Seconds == 0)
+        return;
+    if (Point_In_Rect(point, rect_Selection_Start)) {
+        b_Mouse_Down_Start = true;
+        return;
+    }
+    movePlayhead(Clamp_Position(X_To_Position(point.x(), f_AudioPlot_Width)));
+    for (Object_Segment& segment : session.array_Segments) {
+        if (Point_In_Rect(point, segment.rectStart)) {
+            segment.b_Mouse_Down_Start = true;
+            segment.f_Start_To_Left_Limit =
+                session.Return_Left_Limit_From_Start_Position(segment.f_Start);
+            segment.f_Start_To_Right_Limit = segment.f_End;
+            return;
+        }
+        if (Point_In_Rect(point, segment.rectEnd)) {
+            segment.b_Mouse_Down_End = true;
+            segment.f_End_To_Right_Limit =
+                session.Return_Right_Limit_From_End_Position(segment.f_End);
+            segment.f_End_To_Left_Limit = segment.f_Start;
+            return;
+        }
+    }
+}
+
+void View_Video_Timeline::mouseDragged(QPointF point)
+{
+    if (session.i_Duration_in_Seconds == 0)
+        return;
+    const float q = X_To_Position(point.x(), f_AudioPlot_Width);
+    if (b_Mouse_Down_Start)
+        movePlayhead(Clamp_Position(q));
+    for (Object_Segment& segment : session.array_Segments) {
+        float bound = 0.0f;
+        if (segment.b_Mouse_Down_Start) {
+            const float left = segment.f_Start_To_Left_Limit;
+            const float right = segment.f_Start_To_Right_Limit;
+            const float v = left > q ? (left > 0.0f ? left : 0.0f) : (right < q ? right : q);
+            bound = segment.f_Start = Clamp_Position(v);
+        } else if (segment.b_Mouse_Down_End) {
+            const float right = segment.f_End_To_Right_Limit;
+            const float left = segment.f_End_To_Left_Limit;
+            const float v = q > right ? (right < 100.0f ? right : 100.0f) : (q < left ? left : q);
+            bound = segment.f_End = Clamp_Position(v);
+        } else {
+            continue;
+        }
+        // The preview shows the frame at the bound being dragged; the playhead stays.
+        session.Set_Video_Current_Position(bound);
+        session.b_Dont_Load_Thumbnails = true;
+        update();
+        return;
+    }
+}
+
+void View_Video_Timeline::mouseUp()
+{
+    if (session.i_Duration_in_Seconds == 0)
+        return;
+    b_Mouse_Down_Start = false;
+    for (Object_Segment& segment : session.array_Segments)
+        segment.b_Mouse_Down_Start = segment.b_Mouse_Down_End = false;
+}

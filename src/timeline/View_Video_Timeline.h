@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QRectF>
+#include <QWidget>
+
+class AppDelegate;
+class QPainter;
+
+// The strip that shows the whole file: ruler, thumbnails as a film strip, the playhead with
+// its knob, a flag at each end of every segment and shading over what no segment keeps.
+// Geometry is worked out from the bottom left, as the strip is laid out.
+class View_Video_Timeline : public QWidget {
+    Q_OBJECT
+public:
+    explicit View_Video_Timeline(AppDelegate& session, QWidget* parent = nullptr);
+
+    bool b_Mouse_Down_Start = false; // the playhead knob is held
+    float f_AudioPlot_Width = 0.0f;  // the width of the last draw
+    QRectF rect_Selection_Start;     // the knob, as last drawn
+
+    // The next draw fetches the thumbnails again even if nothing they depend on changed.
+    void Forget_Thumbnails() { s_Fetched_For.clear(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    struct Strip {
+        double bottom = 72.0;
+        double height = 44.0;
+    };
+
+    void mouseDown(QPointF point);
+    void mouseDragged(QPointF point);
+    void mouseUp();
+    void movePlayhead(float position);
+    QPointF fromBottomLeft(QPointF point) const;
+
+    void drawRules(QPainter& painter) const;
+    Strip drawRulerAndThumbnails(QPainter& painter);
+    void drawFilmStrip(QPainter& painter, Strip strip) const;
+    void drawPlayhead(QPainter& painter);
+    void drawSegments(QPainter& painter);
+    void drawShading(QPainter& painter);
+    void fill(QPainter& painter, const QRectF& rect, const QColor& color) const;
+
+    QString thumbnailKey() const;
+
+    AppDelegate& session;
+    QString s_Fetched_For; // width, duration and file of the thumbnails fetched last
+};
