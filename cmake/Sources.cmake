@@ -1,7 +1,9 @@
 # Sources of the two libraries; the target, not the folder, decides what links widgets.
 set(CORVANTA_CORE_SOURCES
+    src/app/Help_Pages.cpp src/app/Help_Pages.h
     src/app/Media_Files.cpp src/app/Media_Files.h
     src/app/Work_Folder.cpp src/app/Work_Folder.h
+    src/export/Export_Arguments.cpp src/export/Export_Arguments.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Object_Segment.h
     src/timeline/Segment_List.cpp src/timeline/Segment_List.h
@@ -20,10 +22,14 @@ set(CORVANTA_GUI_SOURCES
     src/app/AppDelegate.cpp src/app/AppDelegate.h
     src/app/ImageView_Drop_Files.cpp src/app/ImageView_Drop_Files.h
     src/app/MainWindow.cpp src/app/MainWindow.h
+    src/app/Menus.cpp
     src/app/Open_File.cpp
     src/app/Prompts.h
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
     src/app/StartUp.cpp
+    src/export/Segment_Export.cpp
+    src/export/Slice.cpp
+    src/export/Trim.cpp
     src/player/Player.cpp
     src/player/Transport.cpp
     src/timeline/Segments.cpp

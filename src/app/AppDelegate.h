@@ -46,7 +46,6 @@ public:
     void applicationDidFinishLaunching();
     void RemoveAllContentInFolder(const QString& folder);
     void Terminate_App();
-    void OnMenuQuit();
 
     // The seam for alerts, panels and the desktop.
     Prompts& prompts() { return *prompter; }
@@ -99,6 +98,32 @@ public:
     float Return_Left_Limit_From_Start_Position(float position) const;
     float Return_Right_Limit_From_End_Position(float position) const;
     void Calculate_Disabled_Rectangles();
+
+    // Segment exports (export/Segment_Export.cpp, export/Trim.cpp, export/Slice.cpp).
+    void OnToolbarTrim();
+    void OnToolbarTrimAudio();
+    void OnToolbarSlice();
+    void OnToolbarSplitAudio();
+    void OnToolbarConcatenateAudio();
+    bool Segments_Ready_For_Export();
+    bool Cut_Segments(int firstNumber, quint64 type);
+    bool Join_Trimmed_Segments();
+    void Save_Result(const QString& result, const QString& title, const QString& successText,
+                     const QString& openButton);
+    std::optional<QString> Choose_Slice_Folder(const QString& message);
+    void Tell_Slice_Done(const QString& folder, const QString& text);
+
+    // Menu commands (app/Menus.cpp).
+    void OnMenuFileOpenVideo();
+    void OnMenuFileTrim();
+    void OnMenuFileSlice();
+    void OnMenuSegmentAdd();
+    void OnMenuSegmentRemoveAll();
+    void OnMenuHelpAppHomePage();
+    void OnMenuHelpCompanyHomePage();
+    void OnMenuHelpPrivacyPolicy();
+    void OnMenuHelpSubmitTicket();
+    void OnMenuQuit();
 
     // The thumbnail strip (timeline/Thumbnails.cpp).
     void Get_All_Thumbnails();

@@ -14,14 +14,7 @@ MainWindow::MainWindow(AppDelegate& delegate)
 {
     form->setupUi(this);
     setAcceptDrops(true);
-    form->actionOpen->setShortcut(QKeySequence::Open);
-    form->actionQuit->setShortcut(QKeySequence::Quit);
-    connect(form->actionOpen, &QAction::triggered, &session, &AppDelegate::OnToolbarOpenVideo);
-    connect(form->actionQuit, &QAction::triggered, &session, &AppDelegate::OnMenuQuit);
-    connect(form->actionAddSegment, &QAction::triggered, &session,
-            &AppDelegate::OnToolbarAddStartPoint);
-    connect(form->actionRemoveAllSegments, &QAction::triggered, &session,
-            &AppDelegate::OnToolbarRemoveAllSegments);
+    wireActions();
 
     // Left and Right step the playhead; each press restarts a short delay before the step.
     auto* left = new QShortcut(QKeySequence(Qt::Key_Left), this);
@@ -31,6 +24,48 @@ MainWindow::MainWindow(AppDelegate& delegate)
 }
 
 MainWindow::~MainWindow() = default;
+
+namespace {
+
+// The desktop's binding for a standard command, or ours where the platform has none.
+QKeySequence standardOr(QKeySequence::StandardKey key, const QKeySequence& fallback)
+{
+    const QList<QKeySequence> bindings = QKeySequence::keyBindings(key);
+    return bindings.isEmpty() ? fallback : bindings.first();
+}
+
+} // namespace
+
+void MainWindow::wireActions()
+{
+    const auto wire = [this](QAction* action, const QKeySequence& shortcut,
+                             void (AppDelegate::*command)()) {
+        action->setShortcut(shortcut);
+        connect(action, &QAction::triggered, &session, command);
+    };
+    wire(form->actionOpen, standardOr(QKeySequence::Open, QKeySequence(Qt::CTRL | Qt::Key_O)),
+         &AppDelegate::OnMenuFileOpenVideo);
+    wire(form->actionTrim, QKeySequence(Qt::CTRL | Qt::Key_T), &AppDelegate::OnMenuFileTrim);
+    wire(form->actionSlice, QKeySequence(Qt::CTRL | Qt::Key_L), &AppDelegate::OnMenuFileSlice);
+    wire(form->actionQuit, standardOr(QKeySequence::Quit, QKeySequence(Qt::CTRL | Qt::Key_Q)),
+         &AppDelegate::OnMenuQuit);
+    wire(form->actionAddSegment, QKeySequence(Qt::CTRL | Qt::Key_M),
+         &AppDelegate::OnMenuSegmentAdd);
+    wire(form->actionRemoveAllSegments, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M),
+         &AppDelegate::OnMenuSegmentRemoveAll);
+    wire(form->actionTrimAudio, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A),
+         &AppDelegate::OnToolbarTrimAudio);
+    wire(form->actionSplitAudio, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L),
+         &AppDelegate::OnToolbarSplitAudio);
+    wire(form->actionHelpGuide, standardOr(QKeySequence::HelpContents, QKeySequence(Qt::Key_F1)),
+         &AppDelegate::OnMenuHelpAppHomePage);
+    wire(form->actionHelpAbout, QKeySequence(Qt::CTRL | Qt::Key_F1),
+         &AppDelegate::OnMenuHelpCompanyHomePage);
+    wire(form->actionHelpPrivacy, QKeySequence(Qt::SHIFT | Qt::Key_F1),
+         &AppDelegate::OnMenuHelpPrivacyPolicy);
+    wire(form->actionHelpReport, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F1),
+         &AppDelegate::OnMenuHelpSubmitTicket);
+}
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {

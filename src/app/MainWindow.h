@@ -24,6 +24,8 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void wireActions();
+
     AppDelegate& session;
     std::unique_ptr<Ui::MainWindow> form;
 };

@@ -68,8 +68,3 @@ void AppDelegate::Terminate_App()
 {
     exitProcess(0);
 }
-
-void AppDelegate::OnMenuQuit()
-{
-    Terminate_App();
-}

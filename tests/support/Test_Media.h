@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QString>
 #include <QStringList>
 
@@ -22,5 +23,17 @@ int runFfmpeg(const QStringList& arguments, QString* output = nullptr);
 
 // Writes the clip; false (with ffmpeg's words in *why) when ffmpeg failed.
 bool makeClip(const QString& path, const Clip& clip, QString* why = nullptr);
+
+// The streams of a file as "codec,type" lines in file order, e.g. "h264,video".
+QStringList streams(const QString& path);
+
+// The container's duration in seconds, or -1 when ffprobe cannot tell.
+double duration(const QString& path);
+
+// The frame at a time, decoded by ffmpeg; a null image when there is none.
+QImage frameAt(const QString& path, double seconds);
+
+// Mean absolute difference of two images over all channels, 0 to 255; b is scaled to a.
+double difference(const QImage& a, const QImage& b);
 
 } // namespace Test_Media

@@ -17,26 +17,6 @@ private:
     QString clip;
 };
 
-namespace {
-
-// Mean difference of two images of the same size, over all channels.
-double difference(const QImage& a, const QImage& b)
-{
-    const QImage x = a.convertToFormat(QImage::Format_RGB32);
-    const QImage y = b.convertToFormat(QImage::Format_RGB32).scaled(x.size());
-    double sum = 0;
-    for (int row = 0; row < x.height(); ++row)
-        for (int column = 0; column < x.width(); ++column) {
-            const QColor p = x.pixelColor(column, row);
-            const QColor q = y.pixelColor(column, row);
-            sum +=
-                qAbs(p.red() - q.red()) + qAbs(p.green() - q.green()) + qAbs(p.blue() - q.blue());
-        }
-    return sum / (3.0 * x.width() * x.height());
-}
-
-} // namespace
-
 void Test_Thumbnails::initTestCase()
 {
     clip = clips.filePath("sixty.mp4");
@@ -83,8 +63,10 @@ void Test_Thumbnails::sixtySecondsAcrossFiveHundredPoints()
     }
     const QImage& first = session->array_Thumbnails.first();
     const QImage& sixth = session->array_Thumbnails.at(5);
-    QVERIFY(difference(first, references.at(0)) < difference(first, references.at(1)));
-    QVERIFY(difference(sixth, references.at(1)) < difference(sixth, references.at(0)));
+    QVERIFY(Test_Media::difference(first, references.at(0)) <
+            Test_Media::difference(first, references.at(1)));
+    QVERIFY(Test_Media::difference(sixth, references.at(1)) <
+            Test_Media::difference(sixth, references.at(0)));
 
     // The strip is drawn: thumbnail pixels in the first slot, film-strip white above them.
     const QImage strip = session->viewTimeline->grab().toImage();

@@ -1,0 +1,65 @@
+#include "app/AppDelegate.h"
+
+#include "export/Export_Arguments.h"
+#include "tools/Progress.h"
+
+#include <QFile>
+
+// The folder for the pieces, asked before any work; nothing when the panel is cancelled.
+std::optional<QString> AppDelegate::Choose_Slice_Folder(const QString& message)
+{
+    if (!Segments_Ready_For_Export())
+        return std::nullopt;
+    return prompts().chooseFolder({message, {}, {}});
+}
+
+void AppDelegate::Tell_Slice_Done(const QString& folder, const QString& text)
+{
+    const int answer =
+        prompts().showAlert({QStringLiteral("Success"),
+                             text,
+                             {QStringLiteral("Open Output Folder"), QStringLiteral("Close")}});
+    if (answer == Prompts::First_Button)
+        prompts().openWithDesktop(QUrl::fromLocalFile(folder));
+}
+
+void AppDelegate::OnToolbarSlice()
+{
+    const std::optional<QString> folder = Choose_Slice_Folder(
+        QStringLiteral("Select an output folder to save the video segment(s)."));
+    if (!folder)
+        return;
+    Show_Window_Progress();
+    if (!Cut_Segments(1, Progress_Slice_Segment))
+        return;
+    Close_Window_Progress();
+    // A file of the same name in the folder is kept: the new piece stays in the work folder.
+    for (int k = 1; k <= array_Segments.size(); ++k)
+        QFile::rename(Segment_Video_Path(s_Output_Folder, k), Segment_Video_Path(*folder, k));
+    Tell_Slice_Done(*folder, QStringLiteral("Video segment(s) created successfully."));
+}
+
+void AppDelegate::OnToolbarSplitAudio()
+{
+    const std::optional<QString> folder = Choose_Slice_Folder(
+        QStringLiteral("Select an output folder to save the audio segment(s)."));
+    if (!folder)
+        return;
+    Show_Window_Progress();
+    if (!Cut_Segments(1, Progress_Slice_Segment))
+        return;
+    Close_Window_Progress();
+    // Unlike the video slice, sound files of the same name are replaced.
+    for (int k = 1; k <= array_Segments.size(); ++k) {
+        const QString sound = Segment_Audio_Path(*folder, k);
+        QFile::remove(sound);
+        if (!Run_Tool_With_Progress(
+                sffmpegPath, Audio_Extract_Arguments(Segment_Video_Path(s_Output_Folder, k), sound),
+                Progress_Audio_Split_Extract))
+            return;
+    }
+    Tell_Slice_Done(*folder, QStringLiteral("Audio segment(s) created successfully."));
+}
+
+// Joining sound files is not offered; the action exists and does nothing.
+void AppDelegate::OnToolbarConcatenateAudio() {}
