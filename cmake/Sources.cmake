@@ -35,7 +35,7 @@ set(CORVANTA_GUI_SOURCES
     src/timeline/Segments.cpp
     src/timeline/Thumbnails.cpp
     src/timeline/View_Middle_Tab.cpp src/timeline/View_Middle_Tab.h
-    src/timeline/View_Spectrum.cpp src/timeline/View_Spectrum.h
+    src/timeline/View_Waveform.cpp src/timeline/View_Waveform.h
     src/timeline/View_Video_Timeline.cpp src/timeline/View_Video_Timeline.h
     src/timeline/Waveform.cpp
     src/tools/Duration.cpp

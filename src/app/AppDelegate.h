@@ -110,7 +110,7 @@ public:
     bool Join_Trimmed_Segments();
     void Save_Result(const QString& result, const QString& title, const QString& successText,
                      const QString& openButton);
-    std::optional<QString> Choose_Slice_Folder(const QString& message);
+    std::optional<QString> Slice_Into_Work_Folder(const QString& message);
     void Tell_Slice_Done(const QString& folder, const QString& text);
 
     // Menu commands (app/Menus.cpp).

@@ -5,12 +5,20 @@
 
 #include <QFile>
 
-// The folder for the pieces, asked before any work; nothing when the panel is cancelled.
-std::optional<QString> AppDelegate::Choose_Slice_Folder(const QString& message)
+// Asks for the folder before any work, then cuts every segment into the work folder under
+// the progress sheet, numbered from 1. Nothing when the panel is cancelled or ffmpeg is missing.
+std::optional<QString> AppDelegate::Slice_Into_Work_Folder(const QString& message)
 {
     if (!Segments_Ready_For_Export())
         return std::nullopt;
-    return prompts().chooseFolder({message, {}, {}});
+    const std::optional<QString> folder = prompts().chooseFolder({message, {}, {}});
+    if (!folder)
+        return std::nullopt;
+    Show_Window_Progress();
+    if (!Cut_Segments(1, Progress_Slice_Segment))
+        return std::nullopt;
+    Close_Window_Progress();
+    return folder;
 }
 
 void AppDelegate::Tell_Slice_Done(const QString& folder, const QString& text)
@@ -25,14 +33,10 @@ void AppDelegate::Tell_Slice_Done(const QString& folder, const QString& text)
 
 void AppDelegate::OnToolbarSlice()
 {
-    const std::optional<QString> folder = Choose_Slice_Folder(
+    const std::optional<QString> folder = Slice_Into_Work_Folder(
         QStringLiteral("Select an output folder to save the video segment(s)."));
     if (!folder)
         return;
-    Show_Window_Progress();
-    if (!Cut_Segments(1, Progress_Slice_Segment))
-        return;
-    Close_Window_Progress();
     // A file of the same name in the folder is kept: the new piece stays in the work folder.
     for (int k = 1; k <= array_Segments.size(); ++k)
         QFile::rename(Segment_Video_Path(s_Output_Folder, k), Segment_Video_Path(*folder, k));
@@ -41,14 +45,10 @@ void AppDelegate::OnToolbarSlice()
 
 void AppDelegate::OnToolbarSplitAudio()
 {
-    const std::optional<QString> folder = Choose_Slice_Folder(
+    const std::optional<QString> folder = Slice_Into_Work_Folder(
         QStringLiteral("Select an output folder to save the audio segment(s)."));
     if (!folder)
         return;
-    Show_Window_Progress();
-    if (!Cut_Segments(1, Progress_Slice_Segment))
-        return;
-    Close_Window_Progress();
     // Unlike the video slice, sound files of the same name are replaced.
     for (int k = 1; k <= array_Segments.size(); ++k) {
         const QString sound = Segment_Audio_Path(*folder, k);

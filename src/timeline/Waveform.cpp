@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/Media_Files.h"
-#include "timeline/View_Spectrum.h"
+#include "timeline/View_Waveform.h"
 #include "tools/Tool_Arguments.h"
 
 void AppDelegate::TimerCreateSpectrumThumbnailRoutine()

@@ -2,7 +2,7 @@
 #include "Test_Session.h"
 #include "app/MainWindow.h"
 #include "timeline/Timeline_Style.h"
-#include "timeline/View_Spectrum.h"
+#include "timeline/View_Waveform.h"
 
 #include <QLabel>
 #include <QMediaPlayer>

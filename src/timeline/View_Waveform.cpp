@@ -1,4 +1,4 @@
-#include "timeline/View_Spectrum.h"
+#include "timeline/View_Waveform.h"
 
 #include "app/AppDelegate.h"
 
