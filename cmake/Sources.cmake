@@ -18,6 +18,8 @@ set(CORVANTA_CORE_SOURCES
 
 set(CORVANTA_GUI_SOURCES
     resources/MainWindow.ui
+    resources/Window_Concatenate_Dimension.ui
+    resources/Window_Order_Concatenate.ui
     resources/Window_Progress.ui
     src/app/AppDelegate.cpp src/app/AppDelegate.h
     src/app/ImageView_Drop_Files.cpp src/app/ImageView_Drop_Files.h
@@ -27,9 +29,12 @@ set(CORVANTA_GUI_SOURCES
     src/app/Prompts.h
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
     src/app/StartUp.cpp
+    src/export/Concatenate.cpp
     src/export/Segment_Export.cpp
     src/export/Slice.cpp
     src/export/Trim.cpp
+    src/export/Window_Concatenate_Dimension.cpp src/export/Window_Concatenate_Dimension.h
+    src/export/Window_Order_Concatenate.cpp src/export/Window_Order_Concatenate.h
     src/player/Player.cpp
     src/player/Transport.cpp
     src/timeline/Segments.cpp

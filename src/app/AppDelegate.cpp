@@ -3,6 +3,8 @@
 #include "app/ImageView_Drop_Files.h"
 #include "app/MainWindow.h"
 #include "app/Qt_Prompts.h"
+#include "export/Window_Concatenate_Dimension.h"
+#include "export/Window_Order_Concatenate.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"
 #include "tools/Tool_Process.h"
@@ -95,5 +97,7 @@ AppDelegate::~AppDelegate()
 {
     // Sheets are children of the main window: release them while it still exists.
     windowProgress.reset();
+    window_Concatenate_Dimension.reset();
+    p_Window_Order_Concatenate.reset();
     Teardown_Player();
 }

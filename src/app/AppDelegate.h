@@ -26,6 +26,8 @@ class QSlider;
 class QVideoWidget;
 class View_Spectrum;
 class View_Video_Timeline;
+class Window_Concatenate_Dimension;
+class Window_Order_Concatenate;
 class Window_Progress;
 
 // What probing a file found: its duration text, or why there is none.
@@ -54,6 +56,7 @@ public:
     // Opening and preparing a file (app/Open_File.cpp).
     void OnToolbarOpenVideo();
     void OpenFile(const QString& path);
+    void Start_Preparing(const QString& path);
     void TimerShowWindowProgressRoutine();
     void TimerHandleVideoSelectedRoutine();
 
@@ -112,6 +115,12 @@ public:
                      const QString& openButton);
     std::optional<QString> Slice_Into_Work_Folder(const QString& message);
     void Tell_Slice_Done(const QString& folder, const QString& text);
+
+    // Concatenation (export/Concatenate.cpp).
+    void OnToolbarConcatenate();
+    void OK_Window_Concatenate();
+    void Cancel_Window_Concatenate();
+    void Concatenate_Array_MPG_To_One_File_And_Set_It_For_Edition();
 
     // Menu commands (app/Menus.cpp).
     void OnMenuFileOpenVideo();
@@ -205,8 +214,11 @@ public:
     QTimer timerPreviewAnswer; // gives up on a preview that never answers
 
     // Concatenation.
+    QStringList arrayMPGs;
     QStringList array_Concatenate;
     QString s_Concatenate_Resolution;
+    std::unique_ptr<Window_Order_Concatenate> p_Window_Order_Concatenate;
+    std::unique_ptr<Window_Concatenate_Dimension> window_Concatenate_Dimension;
 
     // Child processes and progress.
     bool terminated = false;

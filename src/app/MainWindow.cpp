@@ -57,6 +57,8 @@ void MainWindow::wireActions()
          &AppDelegate::OnToolbarTrimAudio);
     wire(form->actionSplitAudio, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L),
          &AppDelegate::OnToolbarSplitAudio);
+    wire(form->actionConcatenate, QKeySequence(Qt::CTRL | Qt::Key_J),
+         &AppDelegate::OnToolbarConcatenate);
     wire(form->actionHelpGuide, standardOr(QKeySequence::HelpContents, QKeySequence(Qt::Key_F1)),
          &AppDelegate::OnMenuHelpAppHomePage);
     wire(form->actionHelpAbout, QKeySequence(Qt::CTRL | Qt::Key_F1),

@@ -29,6 +29,12 @@ void AppDelegate::OpenFile(const QString& chosen)
             Tell_File_Unreadable(path);
         return;
     }
+    Start_Preparing(path);
+}
+
+// Makes the file the session's source; the preview's first answer starts its preparation.
+void AppDelegate::Start_Preparing(const QString& path)
+{
     timerShowWindowProgressModal.stop();
     timerHandleVideoSelected.stop();
     array_Segments.clear();

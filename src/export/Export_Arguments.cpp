@@ -2,6 +2,8 @@
 
 #include "tools/TimeStrings.h"
 
+#include <QFileInfo>
+
 Segment_Cut Segment_Cut_Times(quint64 durationSeconds, const Object_Segment& segment)
 {
     const float duration = static_cast<float>(durationSeconds);
@@ -55,4 +57,58 @@ QString Trim_Video_Path(const QString& workFolder)
 QString Trim_Audio_Path(const QString& workFolder)
 {
     return workFolder + QStringLiteral("/output.aac");
+}
+
+const QStringList& Concatenate_Frame_Sizes()
+{
+    // "362x288" is kept exactly so.
+    static const QStringList sizes = {
+        QStringLiteral("128x96"),    QStringLiteral("160x120"),  QStringLiteral("176x144"),
+        QStringLiteral("320x200"),   QStringLiteral("320x240"),  QStringLiteral("362x288"),
+        QStringLiteral("640x350"),   QStringLiteral("640x480"),  QStringLiteral("704x576"),
+        QStringLiteral("720x480"),   QStringLiteral("720x576"),  QStringLiteral("800x600"),
+        QStringLiteral("852x480"),   QStringLiteral("1024x768"), QStringLiteral("1280x720"),
+        QStringLiteral("1280x1024"), QStringLiteral("1366x768"), QStringLiteral("1600x1024"),
+        QStringLiteral("1600x1200"), QStringLiteral("1920x1080")};
+    return sizes;
+}
+
+QStringList Concatenate_Convert_Arguments(const QString& source, const QString& frameSize,
+                                          const QString& mpg)
+{
+    return {QStringLiteral("-i"),
+            source,
+            QStringLiteral("-s"),
+            frameSize,
+            QStringLiteral("-target"),
+            QStringLiteral("ntsc-dvd"),
+            QStringLiteral("-acodec"),
+            QStringLiteral("ac3"),
+            QStringLiteral("-ar"),
+            QStringLiteral("44100"),
+            QStringLiteral("-ac"),
+            QStringLiteral("2"),
+            QStringLiteral("-qscale"),
+            QStringLiteral("0"),
+            mpg};
+}
+
+QString Concatenate_Convert_Path(const QString& workFolder, const QString& source)
+{
+    return QStringLiteral("%1/%2.mpg").arg(workFolder, QFileInfo(source).completeBaseName());
+}
+
+QStringList Concatenate_Join_Arguments(const QStringList& mpgs, const QString& output)
+{
+    QStringList arguments;
+    for (const QString& mpg : mpgs)
+        arguments << QStringLiteral("-i") << mpg;
+    arguments << QStringLiteral("-qscale") << QStringLiteral("0") << QStringLiteral("-lavfi")
+              << QStringLiteral("concat=n=%1:a=1:v=1").arg(mpgs.size()) << output;
+    return arguments;
+}
+
+QString Concatenate_Output_Path(const QString& workFolder)
+{
+    return workFolder + QStringLiteral("/concatenated.mpg");
 }

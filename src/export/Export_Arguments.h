@@ -28,3 +28,18 @@ QString Segment_Video_Path(const QString& folder, int number); // "%@/segment_%d
 QString Segment_Audio_Path(const QString& folder, int number); // "%@/segment_%d.aac"
 QString Trim_Video_Path(const QString& workFolder);            // "%@/output.mp4"
 QString Trim_Audio_Path(const QString& workFolder);            // "%@/output.aac"
+
+// The frame sizes offered for joining, in order; the first is preselected.
+const QStringList& Concatenate_Frame_Sizes();
+
+// One source converted to a DVD-form MPEG of the chosen frame size.
+QStringList Concatenate_Convert_Arguments(const QString& source, const QString& frameSize,
+                                          const QString& mpg);
+
+// "%@/%@.mpg": the source's name without its extension (blanks kept) in the work folder.
+QString Concatenate_Convert_Path(const QString& workFolder, const QString& source);
+
+// The converted files joined, each with its picture and sound, into one MPEG.
+QStringList Concatenate_Join_Arguments(const QStringList& mpgs, const QString& output);
+
+QString Concatenate_Output_Path(const QString& workFolder); // "%@/concatenated.mpg"

@@ -31,9 +31,12 @@ bool makeClip(const QString& path, const Clip& clip, QString* why)
     QStringList arguments = {QStringLiteral("-y"), QStringLiteral("-loglevel"),
                              QStringLiteral("error")};
     if (clip.video)
-        arguments
-            << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
-            << QStringLiteral("testsrc2=size=%1:rate=25:duration=%2").arg(clip.size, duration);
+        arguments << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
+                  << QStringLiteral("%1%2size=%3:rate=25:duration=%4")
+                         .arg(clip.picture,
+                              clip.picture.contains(u'=') ? QStringLiteral(":")
+                                                          : QStringLiteral("="),
+                              clip.size, duration);
     if (clip.audio)
         arguments
             << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")

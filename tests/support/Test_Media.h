@@ -12,6 +12,7 @@ struct Clip {
     bool video = true;
     bool audio = true;
     QString size = QStringLiteral("320x240");
+    QString picture = QStringLiteral("testsrc2"); // any lavfi video source, e.g. "color=c=red"
     QStringList codecArguments = {QStringLiteral("-c:v"), QStringLiteral("libx264"),
                                   QStringLiteral("-pix_fmt"), QStringLiteral("yuv420p")};
 };
