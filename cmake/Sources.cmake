@@ -4,6 +4,7 @@ set(CORVANTA_CORE_SOURCES
     src/app/Media_Files.cpp src/app/Media_Files.h
     src/app/Work_Folder.cpp src/app/Work_Folder.h
     src/export/Export_Arguments.cpp src/export/Export_Arguments.h
+    src/export/Image_Export.cpp src/export/Image_Export.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Object_Segment.h
     src/timeline/Segment_List.cpp src/timeline/Segment_List.h
@@ -19,6 +20,7 @@ set(CORVANTA_CORE_SOURCES
 set(CORVANTA_GUI_SOURCES
     resources/MainWindow.ui
     resources/Window_Concatenate_Dimension.ui
+    resources/Window_Export_To_Photos.ui
     resources/Window_Order_Concatenate.ui
     resources/Window_Progress.ui
     src/app/AppDelegate.cpp src/app/AppDelegate.h
@@ -30,10 +32,12 @@ set(CORVANTA_GUI_SOURCES
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
     src/app/StartUp.cpp
     src/export/Concatenate.cpp
+    src/export/Photos.cpp
     src/export/Segment_Export.cpp
     src/export/Slice.cpp
     src/export/Trim.cpp
     src/export/Window_Concatenate_Dimension.cpp src/export/Window_Concatenate_Dimension.h
+    src/export/Window_Export_To_Photos.cpp src/export/Window_Export_To_Photos.h
     src/export/Window_Order_Concatenate.cpp src/export/Window_Order_Concatenate.h
     src/player/Player.cpp
     src/player/Transport.cpp

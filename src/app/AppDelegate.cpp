@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "app/Qt_Prompts.h"
 #include "export/Window_Concatenate_Dimension.h"
+#include "export/Window_Export_To_Photos.h"
 #include "export/Window_Order_Concatenate.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"
@@ -99,5 +100,6 @@ AppDelegate::~AppDelegate()
     windowProgress.reset();
     window_Concatenate_Dimension.reset();
     p_Window_Order_Concatenate.reset();
+    p_Window_Export_To_Photos.reset();
     Teardown_Player();
 }

@@ -27,6 +27,7 @@ class QVideoWidget;
 class View_Spectrum;
 class View_Video_Timeline;
 class Window_Concatenate_Dimension;
+class Window_Export_To_Photos;
 class Window_Order_Concatenate;
 class Window_Progress;
 
@@ -121,6 +122,16 @@ public:
     void OK_Window_Concatenate();
     void Cancel_Window_Concatenate();
     void Concatenate_Array_MPG_To_One_File_And_Set_It_For_Edition();
+
+    // Image exports (export/Photos.cpp).
+    void OnToolbarPhoto();
+    std::optional<QString> Generate_Thumbnail_for_Photo(const QString& timeString);
+    void OnToolbarExportToPhotos();
+    void Show_Window_Export_Photos();
+    void Close_Window_Export_Photos();
+    std::optional<QString> Generate_Thumbnail_for_Sequence_of_Photos(const QString& timeString,
+                                                                     const QString& folder,
+                                                                     quint32 number);
 
     // Menu commands (app/Menus.cpp).
     void OnMenuFileOpenVideo();
@@ -226,6 +237,7 @@ public:
 
     // Windows, tools and folders.
     MainWindow* window = nullptr;
+    std::unique_ptr<Window_Export_To_Photos> p_Window_Export_To_Photos;
     QString s_Output_Folder;
     QString sffmpegPath;
     QString simg2webpPath;

@@ -59,6 +59,10 @@ void MainWindow::wireActions()
          &AppDelegate::OnToolbarSplitAudio);
     wire(form->actionConcatenate, QKeySequence(Qt::CTRL | Qt::Key_J),
          &AppDelegate::OnToolbarConcatenate);
+    wire(form->actionPhoto, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
+         &AppDelegate::OnToolbarPhoto);
+    wire(form->actionExportToPhotos, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
+         &AppDelegate::OnToolbarExportToPhotos);
     wire(form->actionHelpGuide, standardOr(QKeySequence::HelpContents, QKeySequence(Qt::Key_F1)),
          &AppDelegate::OnMenuHelpAppHomePage);
     wire(form->actionHelpAbout, QKeySequence(Qt::CTRL | Qt::Key_F1),
