@@ -4,6 +4,8 @@ set(CORVANTA_CORE_SOURCES
     src/app/Media_Files.cpp src/app/Media_Files.h
     src/app/Work_Folder.cpp src/app/Work_Folder.h
     src/export/Export_Arguments.cpp src/export/Export_Arguments.h
+    src/hotkeys/Hot_Key_Registry.cpp src/hotkeys/Hot_Key_Registry.h
+    src/hotkeys/Object_Shortcut.cpp src/hotkeys/Object_Shortcut.h
     src/export/Image_Export.cpp src/export/Image_Export.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Object_Segment.h
@@ -39,6 +41,8 @@ set(CORVANTA_GUI_SOURCES
     src/export/Window_Concatenate_Dimension.cpp src/export/Window_Concatenate_Dimension.h
     src/export/Window_Export_To_Photos.cpp src/export/Window_Export_To_Photos.h
     src/export/Window_Order_Concatenate.cpp src/export/Window_Order_Concatenate.h
+    src/hotkeys/Arrow_Keys.cpp
+    src/hotkeys/X11_Hot_Key_Service.cpp src/hotkeys/X11_Hot_Key_Service.h
     src/player/Player.cpp
     src/player/Transport.cpp
     src/timeline/Segments.cpp

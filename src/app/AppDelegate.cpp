@@ -101,5 +101,6 @@ AppDelegate::~AppDelegate()
     window_Concatenate_Dimension.reset();
     p_Window_Order_Concatenate.reset();
     p_Window_Export_To_Photos.reset();
+    Unregister_Arrow_Hot_Keys();
     Teardown_Player();
 }

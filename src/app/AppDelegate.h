@@ -54,6 +54,10 @@ public:
     Prompts& prompts() { return *prompter; }
     void setPrompts(std::unique_ptr<Prompts> replacement) { prompter = std::move(replacement); }
 
+    // System-wide arrow keys (hotkeys/Arrow_Keys.cpp).
+    void Register_Arrow_Hot_Keys();
+    void Unregister_Arrow_Hot_Keys();
+
     // Opening and preparing a file (app/Open_File.cpp).
     void OnToolbarOpenVideo();
     void OpenFile(const QString& path);
@@ -241,6 +245,8 @@ public:
     QString s_Output_Folder;
     QString sffmpegPath;
     QString simg2webpPath;
+    std::optional<QString> constantShortcutManager;     // the left arrow's monitor token
+    std::optional<QString> constantInsertTextPopupMenu; // the right arrow's monitor token
 
     // How the process ends; tests replace it to observe the exit status.
     std::function<void(int)> exitProcess;

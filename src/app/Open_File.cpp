@@ -110,6 +110,7 @@ void AppDelegate::TimerHandleVideoSelectedRoutine()
     i_Duration_in_Seconds = Return_Seconds_From_Duration_Str(s_Duration);
     viewTimeline->Forget_Thumbnails();
     Redraw_Timeline();
+    qInfo("Prepared %s (%llu s)", qUtf8Printable(s_File_Path), i_Duration_in_Seconds);
     emit preparationFinished(true);
 }
 

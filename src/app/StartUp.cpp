@@ -42,7 +42,11 @@ void AppDelegate::applicationDidFinishLaunching()
     sffmpegPath = Locate_Tool(QStringLiteral("ffmpeg"), executableFolder);
     simg2webpPath = Locate_Tool(QStringLiteral("img2webp"), executableFolder);
 
+    qInfo("ffmpeg: %s", qUtf8Printable(sffmpegPath));
+    qInfo("img2webp: %s", qUtf8Printable(simg2webpPath));
+
     RemoveAllContentInFolder(s_Output_Folder);
+    Register_Arrow_Hot_Keys();
 
     window->setWindowTitle(QStringLiteral("Corvanta"));
     // The video view renders through a native window that never paints when it is first shown
