@@ -154,7 +154,6 @@ public:
     void TimerGetThumbnailRoutine();
     std::optional<QImage> Generate_Thumbnail(const QString& timeStamp);
     static QImage Resize_Image_To_Fit_Size(const QImage& image, double width, double height);
-    std::optional<QImage> Generate_Thumbnail_File(const QString& path);
 
     // The waveform (timeline/Waveform.cpp).
     void TimerCreateSpectrumThumbnailRoutine();

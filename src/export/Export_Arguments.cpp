@@ -1,6 +1,7 @@
 #include "export/Export_Arguments.h"
 
 #include "tools/TimeStrings.h"
+#include "tools/Tool_Arguments.h"
 
 #include <QFileInfo>
 
@@ -76,21 +77,8 @@ const QStringList& Concatenate_Frame_Sizes()
 QStringList Concatenate_Convert_Arguments(const QString& source, const QString& frameSize,
                                           const QString& mpg)
 {
-    return {QStringLiteral("-i"),
-            source,
-            QStringLiteral("-s"),
-            frameSize,
-            QStringLiteral("-target"),
-            QStringLiteral("ntsc-dvd"),
-            QStringLiteral("-acodec"),
-            QStringLiteral("ac3"),
-            QStringLiteral("-ar"),
-            QStringLiteral("44100"),
-            QStringLiteral("-ac"),
-            QStringLiteral("2"),
-            QStringLiteral("-qscale"),
-            QStringLiteral("0"),
-            mpg};
+    return QStringList{QStringLiteral("-i"), source, QStringLiteral("-s"), frameSize} +
+           Dvd_Form_Options() + QStringList{QStringLiteral("-qscale"), QStringLiteral("0"), mpg};
 }
 
 QString Concatenate_Convert_Path(const QString& workFolder, const QString& source)

@@ -24,6 +24,4 @@ struct Object_Shortcut {
     quint32 carbonFlags() const;
     // The modifier symbols (Control, Option, Shift, Command) followed by the key's name.
     QString description() const;
-
-    bool operator==(const Object_Shortcut&) const = default;
 };

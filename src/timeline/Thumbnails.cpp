@@ -77,16 +77,3 @@ QImage AppDelegate::Resize_Image_To_Fit_Size(const QImage& image, double width, 
     painter.drawImage(QRectF(QPointF(0, 0), resized.size()), image);
     return resized;
 }
-
-// The frame six seconds into a file, unscaled; a utility the strip does not use.
-std::optional<QImage> AppDelegate::Generate_Thumbnail_File(const QString& path)
-{
-    if (!QFileInfo::exists(path))
-        return std::nullopt;
-    const QString bitmap = Thumbnail_Bitmap_Path(s_Output_Folder, path);
-    QFile::remove(bitmap);
-    if (!Run_Tool_Blocking(sffmpegPath, Thumbnail_File_Arguments(path, bitmap)))
-        return std::nullopt;
-    const QImage frame(bitmap);
-    return frame.isNull() ? std::nullopt : std::optional<QImage>(frame);
-}

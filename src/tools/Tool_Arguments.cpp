@@ -7,19 +7,16 @@ QStringList Probe_Arguments(const QString& media)
     return {QStringLiteral("-i"), media};
 }
 
+QStringList Dvd_Form_Options()
+{
+    return {QStringLiteral("-target"), QStringLiteral("ntsc-dvd"), QStringLiteral("-acodec"),
+            QStringLiteral("ac3"),     QStringLiteral("-ar"),      QStringLiteral("44100"),
+            QStringLiteral("-ac"),     QStringLiteral("2")};
+}
+
 QStringList Working_Copy_Arguments(const QString& source, const QString& mpg)
 {
-    return {QStringLiteral("-i"),
-            source,
-            QStringLiteral("-target"),
-            QStringLiteral("ntsc-dvd"),
-            QStringLiteral("-acodec"),
-            QStringLiteral("ac3"),
-            QStringLiteral("-ar"),
-            QStringLiteral("44100"),
-            QStringLiteral("-ac"),
-            QStringLiteral("2"),
-            mpg};
+    return QStringList{QStringLiteral("-i"), source} + Dvd_Form_Options() + QStringList{mpg};
 }
 
 QStringList Sound_Extraction_Arguments(const QString& source, const QString& wav)
@@ -52,17 +49,6 @@ QStringList Thumbnail_Arguments(const QString& timeStamp, const QString& source,
     return {
         QStringLiteral("-ss"), timeStamp, QStringLiteral("-i"), source, QStringLiteral("-vframes"),
         QStringLiteral("1"),   bitmap};
-}
-
-QStringList Thumbnail_File_Arguments(const QString& source, const QString& bitmap)
-{
-    return {QStringLiteral("-i"),
-            source,
-            QStringLiteral("-ss"),
-            QStringLiteral("00:00:06"),
-            QStringLiteral("-vframes"),
-            QStringLiteral("1"),
-            bitmap};
 }
 
 QString Thumbnail_Bitmap_Path(const QString& workFolder, const QString& source)

@@ -1,7 +1,5 @@
-#include "Scripted_Prompts.h"
-#include "app/AppDelegate.h"
+#include "Test_Session.h"
 #include "app/MainWindow.h"
-#include "app/Work_Folder.h"
 #include "tools/Tool_Locator.h"
 #include "ui_MainWindow.h"
 
@@ -13,8 +11,6 @@
 class Test_Start_Up : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void createsWorkFolderWithItsParents();
     void emptiesWorkFolderButNotWhatLinksPointTo();
     void plainFileAtWorkFolderPathCountsAsPresent();
@@ -26,16 +22,6 @@ private slots:
     void windowSizeIsClampedPerDimension();
     void closingOrQuittingExitsWithZero_data();
     void closingOrQuittingExitsWithZero();
-
-private:
-    void start();
-    QString documents() const { return home->filePath(QStringLiteral("Documents")); }
-    QString workFolder() const { return documents() + QStringLiteral("/Corvanta"); }
-
-    std::unique_ptr<QTemporaryDir> home;
-    std::unique_ptr<AppDelegate> session;
-    Scripted_Prompts* prompts = nullptr;
-    QList<int> exitStatuses;
 };
 
 namespace {
@@ -48,99 +34,79 @@ void writeFile(const QString& path, const QByteArray& content = "x")
     file.write(content);
 }
 
+QString workFolderIn(const QString& home)
+{
+    return home + QStringLiteral("/Documents/Corvanta");
+}
+
 } // namespace
-
-void Test_Start_Up::init()
-{
-    home = std::make_unique<QTemporaryDir>();
-    QVERIFY(home->isValid());
-    qputenv("HOME", home->path().toUtf8());
-    qunsetenv("XDG_CONFIG_HOME");
-    exitStatuses.clear();
-}
-
-void Test_Start_Up::cleanup()
-{
-    session.reset();
-    home.reset();
-}
-
-void Test_Start_Up::start()
-{
-    session = std::make_unique<AppDelegate>();
-    auto scripted = std::make_unique<Scripted_Prompts>();
-    prompts = scripted.get();
-    session->setPrompts(std::move(scripted));
-    session->exitProcess = [this](int status) {
-        exitStatuses << status;
-    };
-    session->applicationDidFinishLaunching();
-}
 
 void Test_Start_Up::createsWorkFolderWithItsParents()
 {
-    QVERIFY(!QFileInfo::exists(documents()));
-    start();
-    QCOMPARE(session->s_Output_Folder, workFolder());
-    QVERIFY(QFileInfo(workFolder()).isDir());
-    QVERIFY(prompts->alerts.isEmpty());
-    QVERIFY(exitStatuses.isEmpty());
+    Test_Session session([](const QString& home) {
+        QVERIFY(!QFileInfo::exists(home + QStringLiteral("/Documents")));
+    });
+    QCOMPARE(session->s_Output_Folder, workFolderIn(session.home.path()));
+    QVERIFY(QFileInfo(session->s_Output_Folder).isDir());
+    QVERIFY(session.prompts->alerts.isEmpty());
+    QVERIFY(session.exitStatuses.isEmpty());
     QVERIFY(session->window->isVisible());
     QCOMPARE(session->window->windowTitle(), QStringLiteral("Corvanta"));
 }
 
 void Test_Start_Up::emptiesWorkFolderButNotWhatLinksPointTo()
 {
-    const QString outside = home->filePath(QStringLiteral("outside"));
-    writeFile(outside + QStringLiteral("/keep.txt"));
-    writeFile(outside + QStringLiteral("/nested/keep-too.txt"));
-    writeFile(workFolder() + QStringLiteral("/old.wav"));
-    writeFile(workFolder() + QStringLiteral("/.hidden"));
-    writeFile(workFolder() + QStringLiteral("/sub/deeper/Spectrum0000.png"));
-    QVERIFY(QFile::link(outside, workFolder() + QStringLiteral("/link-to-folder")));
-    QVERIFY(QFile::link(outside + QStringLiteral("/keep.txt"),
-                        workFolder() + QStringLiteral("/sub/link-to-file")));
-    QVERIFY(QFile::link(home->filePath(QStringLiteral("gone")),
-                        workFolder() + QStringLiteral("/dangling")));
-
-    start();
-
-    const QDir folder(workFolder());
+    Test_Session session([](const QString& home) {
+        const QString work = workFolderIn(home);
+        const QString outside = home + QStringLiteral("/outside");
+        writeFile(outside + QStringLiteral("/keep.txt"));
+        writeFile(outside + QStringLiteral("/nested/keep-too.txt"));
+        writeFile(work + QStringLiteral("/old.wav"));
+        writeFile(work + QStringLiteral("/.hidden"));
+        writeFile(work + QStringLiteral("/sub/deeper/Spectrum0000.png"));
+        QVERIFY(QFile::link(outside, work + QStringLiteral("/link-to-folder")));
+        QVERIFY(QFile::link(outside + QStringLiteral("/keep.txt"),
+                            work + QStringLiteral("/sub/link-to-file")));
+        QVERIFY(QFile::link(home + QStringLiteral("/gone"), work + QStringLiteral("/dangling")));
+    });
+    const QDir folder(session->s_Output_Folder);
     QVERIFY(folder.exists());
     QCOMPARE(
         folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot),
         QStringList());
-    QVERIFY(QFileInfo::exists(outside + QStringLiteral("/keep.txt")));
-    QVERIFY(QFileInfo::exists(outside + QStringLiteral("/nested/keep-too.txt")));
-    QVERIFY(prompts->alerts.isEmpty());
+    QVERIFY(QFileInfo::exists(session.home.filePath(QStringLiteral("outside/keep.txt"))));
+    QVERIFY(
+        QFileInfo::exists(session.home.filePath(QStringLiteral("outside/nested/keep-too.txt"))));
+    QVERIFY(session.prompts->alerts.isEmpty());
 }
 
 void Test_Start_Up::plainFileAtWorkFolderPathCountsAsPresent()
 {
-    writeFile(workFolder(), "not a folder");
-    start();
-    QVERIFY(prompts->alerts.isEmpty());
-    QVERIFY(exitStatuses.isEmpty());
+    Test_Session session(
+        [](const QString& home) { writeFile(workFolderIn(home), "not a folder"); });
+    QVERIFY(session.prompts->alerts.isEmpty());
+    QVERIFY(session.exitStatuses.isEmpty());
     QVERIFY(session->window->isVisible());
-    QVERIFY(QFileInfo(workFolder()).isFile());
+    QVERIFY(QFileInfo(session->s_Output_Folder).isFile());
 }
 
 void Test_Start_Up::uncreatableWorkFolderAlertsAndExits()
 {
-    writeFile(documents(), "Documents is a file, so nothing can be made inside it");
-    start();
-    QCOMPARE(prompts->alerts.size(), 1);
-    QCOMPARE(prompts->alerts.first().messageText, QStringLiteral("Error"));
-    QCOMPARE(prompts->alerts.first().informativeText,
+    // Documents is a file, so nothing can be made inside it.
+    Test_Session session(
+        [](const QString& home) { writeFile(home + QStringLiteral("/Documents"), "a file"); });
+    QCOMPARE(session.prompts->alerts.size(), 1);
+    QCOMPARE(session.prompts->alerts.first().messageText, QStringLiteral("Error"));
+    QCOMPARE(session.prompts->alerts.first().informativeText,
              QStringLiteral("Error #0008. Application will exit."));
-    QCOMPARE(prompts->alerts.first().buttons, QStringList{QStringLiteral("Close")});
-    QCOMPARE(exitStatuses, QList<int>{0});
+    QCOMPARE(session.prompts->alerts.first().buttons, QStringList{QStringLiteral("Close")});
+    QCOMPARE(session.exitStatuses, QList<int>{0});
     QVERIFY(!session->window->isVisible());
 }
 
 void Test_Start_Up::findsBothTools()
 {
-    start();
+    Test_Session session;
     const QFileInfo ffmpeg(session->sffmpegPath);
     const QFileInfo img2webp(session->simg2webpPath);
     QCOMPARE(ffmpeg.fileName(), QStringLiteral("ffmpeg"));
@@ -201,7 +167,7 @@ void Test_Start_Up::windowSizeIsClampedPerDimension()
 {
     QFETCH(QSize, requested);
     QFETCH(QSize, expected);
-    start();
+    Test_Session session;
     session->window->resize(requested);
     QCOMPARE(session->window->size(), expected);
 }
@@ -216,7 +182,7 @@ void Test_Start_Up::closingOrQuittingExitsWithZero_data()
 void Test_Start_Up::closingOrQuittingExitsWithZero()
 {
     QFETCH(bool, byMenu);
-    start();
+    Test_Session session;
     if (byMenu) {
         QAction* quit = session->window->ui().actionQuit;
         QCOMPARE(quit->shortcut(), QKeySequence(QStringLiteral("Ctrl+Q")));
@@ -224,7 +190,7 @@ void Test_Start_Up::closingOrQuittingExitsWithZero()
     } else {
         session->window->close();
     }
-    QCOMPARE(exitStatuses, QList<int>{0});
+    QCOMPARE(session.exitStatuses, QList<int>{0});
 }
 
 QTEST_MAIN(Test_Start_Up)

@@ -11,7 +11,6 @@ private slots:
     void leadingInteger();
     void frameSeries_data();
     void frameSeries();
-    void namesAndArguments();
 };
 
 void Test_Image_Export_Rules::captureNamesUseTheWeekBasedYear_data()
@@ -80,16 +79,6 @@ void Test_Image_Export_Rules::frameSeries()
     for (const quint64 t : times)
         bar << Frame_Series_Progress(t, duration);
     QCOMPARE(bar, progress);
-}
-
-void Test_Image_Export_Rules::namesAndArguments()
-{
-    QCOMPARE(Whole_Seconds_Time_String(3725), QStringLiteral("01:02:05.000"));
-    QCOMPARE(Whole_Seconds_Time_String(1), QStringLiteral("00:00:01.000"));
-    QCOMPARE(Frame_File_Path("/f", 7), QStringLiteral("/f/frame00000007.png"));
-    QCOMPARE(Webp_Arguments(0, {"/f/frame00000001.png", "/f/frame00000002.png"}, "/f/output.webp"),
-             (QStringList{"-loop", "0", "/f/frame00000001.png", "/f/frame00000002.png", "-o",
-                          "/f/output.webp"}));
 }
 
 QTEST_APPLESS_MAIN(Test_Image_Export_Rules)

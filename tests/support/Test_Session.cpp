@@ -2,10 +2,12 @@
 
 #include <QSignalSpy>
 
-Test_Session::Test_Session()
+Test_Session::Test_Session(const std::function<void(const QString& home)>& prepare)
 {
     qputenv("HOME", home.path().toUtf8());
     qunsetenv("XDG_CONFIG_HOME");
+    if (prepare)
+        prepare(home.path());
     session = std::make_unique<AppDelegate>();
     auto scripted = std::make_unique<Scripted_Prompts>();
     prompts = scripted.get();

@@ -6,13 +6,15 @@
 #include <QPair>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 // A started session in a private home folder, with scripted prompts and every tool run recorded.
 class Test_Session {
 public:
-    Test_Session();
+    // prepare runs in the new home folder before start-up, to lay out what start-up finds.
+    explicit Test_Session(const std::function<void(const QString& home)>& prepare = {});
     ~Test_Session();
 
     AppDelegate* operator->() { return session.get(); }

@@ -11,7 +11,6 @@ private slots:
     void positionsAndClamping();
     void hitRectanglesIncludeOnlyTheirMinimumEdges_data();
     void hitRectanglesIncludeOnlyTheirMinimumEdges();
-    void knobAndFlags();
     void filmHoles_data();
     void filmHoles();
     void shadingAndThumbnails();
@@ -104,19 +103,6 @@ void Test_Timeline_Geometry::hitRectanglesIncludeOnlyTheirMinimumEdges()
     QFETCH(QPointF, point);
     QFETCH(bool, inside);
     QCOMPARE(Point_In_Rect(point, Start_Flag_Rect(10.0f, 128.0)), inside);
-}
-
-void Test_Timeline_Geometry::knobAndFlags()
-{
-    QCOMPARE(Knob_Rect(400.0f, 128.0), QRectF(390, 118, 20, 20));
-    QCOMPARE(Start_Flag_Rect(160.0f, 128.0), QRectF(160, 96, 5, 12));
-    QCOMPARE(End_Flag_Rect(240.0f, 128.0), QRectF(235, 96, 5, 12));
-    // The start flag is widest at the bottom of the band, the end flag at its top.
-    const std::array<QPointF, 3> start{QPointF(160, 108), QPointF(165, 96), QPointF(160, 96)};
-    const std::array<QPointF, 3> end{QPointF(235, 108), QPointF(240, 96), QPointF(240, 108)};
-    QCOMPARE(Start_Flag_Triangle(160.0f, 128.0), start);
-    QCOMPARE(End_Flag_Triangle(240.0f, 128.0), end);
-    QCOMPARE(To_Top_Left(QRectF(160, 96, 5, 12), 128.0), QRectF(160, 20, 5, 12));
 }
 
 void Test_Timeline_Geometry::filmHoles_data()

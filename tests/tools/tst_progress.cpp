@@ -15,8 +15,6 @@ private slots:
     void secondsFromChunk();
     void barValue_data();
     void barValue();
-    void baseAndSheetPerType_data();
-    void baseAndSheetPerType();
 };
 
 void Test_Progress::secondsFromChunk_data()
@@ -72,34 +70,6 @@ void Test_Progress::barValue()
     QFETCH(quint64, base);
     QFETCH(int, bar);
     QCOMPARE(Progress_Bar_Value(Progress_Percentage(seconds, base)), bar);
-}
-
-void Test_Progress::baseAndSheetPerType_data()
-{
-    QTest::addColumn<quint64>("type");
-    QTest::addColumn<Seconds>("base");
-    QTest::addColumn<bool>("closesSheet");
-    // Distinct bases, so the test shows which one each type takes.
-    QTest::newRow("0 convert") << quint64(0) << Seconds(100) << false;
-    QTest::newRow("1 sound") << quint64(1) << Seconds(100) << true;
-    QTest::newRow("2 trim segment") << quint64(2) << Seconds(20) << false;
-    QTest::newRow("3 trim join") << quint64(3) << Seconds(30) << true;
-    QTest::newRow("4 slice segment") << quint64(4) << Seconds(20) << false;
-    QTest::newRow("5 concatenate join") << quint64(5) << Seconds(100) << true;
-    QTest::newRow("6 concatenate convert") << quint64(6) << Seconds(100) << false;
-    QTest::newRow("7 audio trim") << quint64(7) << Seconds() << false;
-    QTest::newRow("8 audio split") << quint64(8) << Seconds() << false;
-    QTest::newRow("9 unknown") << quint64(9) << Seconds() << false;
-}
-
-void Test_Progress::baseAndSheetPerType()
-{
-    QFETCH(quint64, type);
-    QFETCH(Seconds, base);
-    QFETCH(bool, closesSheet);
-    const Progress_Bases bases{100, 20, 30};
-    QCOMPARE(Progress_Base_For_Type(type, bases), base);
-    QCOMPARE(Progress_Type_Closes_Sheet(type), closesSheet);
 }
 
 QTEST_APPLESS_MAIN(Test_Progress)
