@@ -1,8 +1,7 @@
 # Fails when a C++ file of the project differs from what clang-format makes of it.
 file(GLOB_RECURSE files
     ${SOURCE_DIR}/src/*.cpp ${SOURCE_DIR}/src/*.h
-    ${SOURCE_DIR}/tests/*.cpp ${SOURCE_DIR}/tests/*.h
-    ${SOURCE_DIR}/bench/*.cpp ${SOURCE_DIR}/bench/*.h)
+    ${SOURCE_DIR}/tests/*.cpp ${SOURCE_DIR}/tests/*.h)
 execute_process(
     COMMAND ${CLANG_FORMAT} --dry-run --Werror ${files}
     RESULT_VARIABLE status
