@@ -21,6 +21,9 @@ void AppDelegate::OnToolbarOpenVideo()
 
 void AppDelegate::OpenFile(const QString& chosen)
 {
+    // While a sheet is up the window takes no command; a drop must not start one either.
+    if (windowProgress)
+        return;
     const QString path = QFileInfo(chosen).absoluteFilePath();
     // Look before touching the session: a file ffmpeg cannot read leaves everything as it was.
     const Duration_Probe probe = GetMediaFileDuration(path);

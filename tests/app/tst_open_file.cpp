@@ -171,6 +171,14 @@ void Test_Open_File::unreadableFileLeavesTheSessionAsItWas()
     QCOMPARE(session->player.get(), before);
     QCOMPARE(session->i_Duration_in_Seconds, quint64(3));
     QVERIFY(session->windowProgress == nullptr);
+
+    // Nor does anything open while a progress sheet is up.
+    session->Show_Window_Progress();
+    session.toolRuns.clear();
+    session->OpenFile(clip("clip.mp4"));
+    QVERIFY(session.toolRuns.isEmpty());
+    QCOMPARE(session->s_File_Path, clip("second.mp4"));
+    session->Close_Window_Progress();
 }
 
 void Test_Open_File::soundOnlyFileShowsTheNoVideoLabel()
