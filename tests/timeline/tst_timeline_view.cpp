@@ -26,6 +26,7 @@ private slots:
     void playheadAndKnobStandAtThePosition();
     void flagsHaveTheirOwnShapesInsideTheirHitRectangles();
     void shadingCoversOnlyExcludedRangesBelowTheFlagBand();
+    void tenSlotsAcross810PointsForAHundredSeconds();
     void thirtyTwoPointsWideDrawsOnlyTheBackground();
     void clickMovesThePlayheadAndAsksForASeek();
     void clickOnTheKnobGrabsItWithoutMoving();
@@ -156,6 +157,24 @@ void Test_Timeline_View::shadingCoversOnlyExcludedRangesBelowTheFlagBand()
     QVERIFY(near(image.pixelColor(500, 100), background));    // inside the second
     QVERIFY(near(image.pixelColor(100, 31 - 6), background)); // above H - 32: never shaded
     QVERIFY(near(image.pixelColor(100, 31 + 1), shaded));
+}
+
+void Test_Timeline_View::tenSlotsAcross810PointsForAHundredSeconds()
+{
+    view->resize(810, 128);
+    (*session)->f_Timeline_Position = 55.0f; // off the ticks
+    (*session)->b_Dont_Load_Thumbnails = false;
+    (*session)->b_Draw_Thumbnails = false;
+    const QImage image = view->grab().toImage();
+    QStringList stamps;
+    for (int k = 1; k <= 10; ++k) {
+        stamps << QStringLiteral("00:%1:%2.000")
+                      .arg(k * 10 / 60, 2, 10, QChar('0'))
+                      .arg(k * 10 % 60, 2, 10, QChar('0'));
+        QCOMPARE(image.pixelColor(81 * (k - 1), 13), QColor(Qt::black)); // the slot's tick
+    }
+    QCOMPARE((*session)->array_Time_Stamps, stamps);
+    QVERIFY(near(image.pixelColor(81 * 3 + 40, 13), background)); // between ticks
 }
 
 void Test_Timeline_View::thirtyTwoPointsWideDrawsOnlyTheBackground()
