@@ -84,6 +84,13 @@ void AppDelegate::SetupVideoPreview()
 // Called once per player when loading has ended; true when the preview shows the file's video.
 bool AppDelegate::setUpPlaybackOfAsset()
 {
+    // Sound without a picture: GStreamer may report an error for the sound at the same moment
+    // (no sound device), but the file is readable and simply has no video.
+    if (player->hasAudio() && !player->hasVideo()) {
+        stopLoadingAnimationAndHandleError({});
+        noVideoLabel->show();
+        return false;
+    }
     if (itemStatusOf(*player) == Item_Failed) {
         stopLoadingAnimationAndHandleError({});
         unplayableLabel->show();
