@@ -152,6 +152,7 @@ public:
     // The thumbnail strip (timeline/Thumbnails.cpp).
     void Get_All_Thumbnails();
     void TimerGetThumbnailRoutine();
+    bool Extract_Frame(const QString& timeString, const QString& image);
     std::optional<QImage> Generate_Thumbnail(const QString& timeStamp);
     static QImage Resize_Image_To_Fit_Size(const QImage& image, double width, double height);
 

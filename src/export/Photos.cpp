@@ -4,7 +4,6 @@
 #include "export/Image_Export.h"
 #include "export/Window_Export_To_Photos.h"
 #include "tools/TimeStrings.h"
-#include "tools/Tool_Arguments.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -18,21 +17,10 @@ void AppDelegate::OnToolbarPhoto()
         Time_String_From_Position(i_Duration_in_Seconds, f_Current_Position));
     if (!image && QFileInfo::exists(s_File_Path))
         return; // ffmpeg could not be run; the person has been told
-    const QString captured = image.value_or(QString());
-    const std::optional<QString> target =
-        prompts().chooseSavePath({QStringLiteral("Select a folder to save the captured image"),
-                                  {},
-                                  QFileInfo(captured).fileName()});
-    if (!target)
-        return;
     // An existing file at the chosen path is kept; the new image stays in the work folder.
-    QFile::rename(captured, *target);
-    const int answer =
-        prompts().showAlert({QStringLiteral("Success"),
-                             QStringLiteral("Image file saved successfully."),
-                             {QStringLiteral("View Image File"), QStringLiteral("Close")}});
-    if (answer == Prompts::First_Button)
-        prompts().openWithDesktop(QUrl::fromLocalFile(*target));
+    Save_Result(
+        image.value_or(QString()), QStringLiteral("Select a folder to save the captured image"),
+        QStringLiteral("Image file saved successfully."), QStringLiteral("View Image File"));
 }
 
 // The frame at a time string, into a date-named PNG in the work folder.
@@ -43,10 +31,7 @@ std::optional<QString> AppDelegate::Generate_Thumbnail_for_Photo(const QString& 
     const QString image =
         QStringLiteral("%1/%2.png")
             .arg(s_Output_Folder, Capture_File_Name(QDateTime::currentDateTime()));
-    QFile::remove(image);
-    if (!Run_Tool_Blocking(sffmpegPath, Thumbnail_Arguments(timeString, s_File_Path, image)))
-        return std::nullopt;
-    return image;
+    return Extract_Frame(timeString, image) ? std::optional<QString>(image) : std::nullopt;
 }
 
 std::optional<QString>
@@ -56,10 +41,7 @@ AppDelegate::Generate_Thumbnail_for_Sequence_of_Photos(const QString& timeString
     if (!QFileInfo::exists(s_File_Path))
         return std::nullopt;
     const QString image = Frame_File_Path(folder, number);
-    QFile::remove(image);
-    if (!Run_Tool_Blocking(sffmpegPath, Thumbnail_Arguments(timeString, s_File_Path, image)))
-        return std::nullopt;
-    return image;
+    return Extract_Frame(timeString, image) ? std::optional<QString>(image) : std::nullopt;
 }
 
 void AppDelegate::OnToolbarExportToPhotos()

@@ -46,13 +46,21 @@ void AppDelegate::TimerGetThumbnailRoutine()
     viewTimeline->update();
 }
 
+// One frame of the open file at a time string into an image file, replacing an older one.
+// False only when ffmpeg could not be run; whether it wrote the image is for the caller to see.
+bool AppDelegate::Extract_Frame(const QString& timeString, const QString& image)
+{
+    QFile::remove(image);
+    return Run_Tool_Blocking(sffmpegPath, Thumbnail_Arguments(timeString, s_File_Path, image))
+        .has_value();
+}
+
 std::optional<QImage> AppDelegate::Generate_Thumbnail(const QString& timeStamp)
 {
     if (!QFileInfo::exists(s_File_Path))
         return std::nullopt;
     const QString bitmap = Thumbnail_Bitmap_Path(s_Output_Folder, s_File_Path);
-    QFile::remove(bitmap);
-    if (!Run_Tool_Blocking(sffmpegPath, Thumbnail_Arguments(timeStamp, s_File_Path, bitmap))) {
+    if (!Extract_Frame(timeStamp, bitmap)) {
         // ffmpeg is gone and the person has been told once: this chain ends here.
         ++u_Thumbnail_Chain;
         timerGetThumbnail.stop();
