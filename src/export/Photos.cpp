@@ -5,7 +5,6 @@
 #include "export/Window_Export_To_Photos.h"
 #include "tools/TimeStrings.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 // Saves the frame at the preview's position as a PNG where the person chooses.
