@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Command_Gate.h"
 #include "app/Prompts.h"
 #include "timeline/Segment_List.h"
 
@@ -61,6 +62,10 @@ public:
     // Opening and preparing a file (app/Open_File.cpp).
     void OnToolbarOpenVideo();
     void OpenFile(const QString& path);
+    // Opens the file now, or once the running command has finished.
+    void Open_When_Idle(const QString& path);
+    // A later start of Corvanta asked for this file (empty: only to be shown).
+    void Take_Handed_Over_File(const QString& path);
     void Start_Preparing(const QString& path);
     void TimerShowWindowProgressRoutine();
     void TimerHandleVideoSelectedRoutine();
@@ -248,6 +253,9 @@ public:
     std::optional<QString> constantShortcutManager;     // the left arrow's monitor token
     std::optional<QString> constantInsertTextPopupMenu; // the right arrow's monitor token
 
+    // One command at a time; what the window offers follows it.
+    Command_Gate commandGate;
+
     // How the process ends; tests replace it to observe the exit status.
     std::function<void(int)> exitProcess;
 
@@ -263,6 +271,7 @@ private:
     void Follow_Item_Status();
     void Follow_Playback_State();
     void Abandon_Opened_File(bool tellUnreadable);
+    void End_Preparation(bool ready);
     void Tell_File_Unreadable(const QString& path);
     void Redraw_Timeline();
 
@@ -270,4 +279,5 @@ private:
     std::unique_ptr<Prompts> prompter;
     int i_Item_Status = 0;         // 0 unknown, 1 ready to play, 2 failed
     quint64 u_Thumbnail_Chain = 0; // which run of the thumbnail chain is current
+    bool b_Preparing = false;      // the opened file's preparation holds the command gate
 };

@@ -26,7 +26,7 @@ bool ImageView_Drop_Files::Perform_Drop(AppDelegate& session, const QMimeData* d
     const QString path = first.toLocalFile();
     if (QFileInfo(path).isDir() || !Drop_Extension_Accepted(path))
         return false;
-    session.OpenFile(path);
+    session.Open_When_Idle(path);
     return true;
 }
 
@@ -36,7 +36,7 @@ void ImageView_Drop_Files::paintEvent(QPaintEvent*)
     const QRect area = rect();
     painter.fillRect(area, QColor::fromRgbF(1.0f / 3.0f, 1.0f / 3.0f, 1.0f / 3.0f));
     QFont font(QStringLiteral("Verdana"));
-    font.setPointSize(12);
+    font.setPixelSize(12);
     painter.setFont(font);
     painter.setPen(QColor::fromRgbF(0.5f, 0.5f, 0.5f));
     const QString text = QStringLiteral("Drop Video File Here");

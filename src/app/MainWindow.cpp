@@ -4,9 +4,12 @@
 #include "app/ImageView_Drop_Files.h"
 #include "ui_MainWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QShortcut>
+#include <QStatusBar>
 
 MainWindow::MainWindow(AppDelegate& delegate)
     : session(delegate)
@@ -17,10 +20,14 @@ MainWindow::MainWindow(AppDelegate& delegate)
     wireActions();
 
     // Left and Right step the playhead; each press restarts a short delay before the step.
-    auto* left = new QShortcut(QKeySequence(Qt::Key_Left), this);
-    auto* right = new QShortcut(QKeySequence(Qt::Key_Right), this);
-    connect(left, &QShortcut::activated, this, [this] { session.timerKeyLeft.start(); });
-    connect(right, &QShortcut::activated, this, [this] { session.timerKeyRight.start(); });
+    arrowLeft = new QShortcut(QKeySequence(Qt::Key_Left), this);
+    arrowRight = new QShortcut(QKeySequence(Qt::Key_Right), this);
+    connect(arrowLeft, &QShortcut::activated, this, [this] { session.timerKeyLeft.start(); });
+    connect(arrowRight, &QShortcut::activated, this, [this] { session.timerKeyRight.start(); });
+
+    connect(&session.commandGate, &Command_Gate::busyChanged, this, &MainWindow::Show_Busy);
+    // Quit answers even while a dialog holds the window.
+    qApp->installEventFilter(this);
 }
 
 MainWindow::~MainWindow() = default;
@@ -38,8 +45,20 @@ QKeySequence standardOr(QKeySequence::StandardKey key, const QKeySequence& fallb
 
 void MainWindow::wireActions()
 {
+    // A command holds the gate while it runs; the gate's owner disables the others meanwhile.
     const auto wire = [this](QAction* action, const QKeySequence& shortcut,
                              void (AppDelegate::*command)()) {
+        action->setShortcut(shortcut);
+        commandActions << action;
+        connect(action, &QAction::triggered, &session, [this, command] {
+            if (session.commandGate.isBusy())
+                return;
+            const Command_Gate::Scope running(session.commandGate);
+            (session.*command)();
+        });
+    };
+    const auto wireFree = [this](QAction* action, const QKeySequence& shortcut,
+                                 void (AppDelegate::*command)()) {
         action->setShortcut(shortcut);
         connect(action, &QAction::triggered, &session, command);
     };
@@ -47,8 +66,8 @@ void MainWindow::wireActions()
          &AppDelegate::OnMenuFileOpenVideo);
     wire(form->actionTrim, QKeySequence(Qt::CTRL | Qt::Key_T), &AppDelegate::OnMenuFileTrim);
     wire(form->actionSlice, QKeySequence(Qt::CTRL | Qt::Key_L), &AppDelegate::OnMenuFileSlice);
-    wire(form->actionQuit, standardOr(QKeySequence::Quit, QKeySequence(Qt::CTRL | Qt::Key_Q)),
-         &AppDelegate::OnMenuQuit);
+    wireFree(form->actionQuit, standardOr(QKeySequence::Quit, QKeySequence(Qt::CTRL | Qt::Key_Q)),
+             &AppDelegate::OnMenuQuit);
     wire(form->actionAddSegment, QKeySequence(Qt::CTRL | Qt::Key_M),
          &AppDelegate::OnMenuSegmentAdd);
     wire(form->actionRemoveAllSegments, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M),
@@ -63,14 +82,39 @@ void MainWindow::wireActions()
          &AppDelegate::OnToolbarPhoto);
     wire(form->actionExportToPhotos, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
          &AppDelegate::OnToolbarExportToPhotos);
-    wire(form->actionHelpGuide, standardOr(QKeySequence::HelpContents, QKeySequence(Qt::Key_F1)),
-         &AppDelegate::OnMenuHelpAppHomePage);
-    wire(form->actionHelpAbout, QKeySequence(Qt::CTRL | Qt::Key_F1),
-         &AppDelegate::OnMenuHelpCompanyHomePage);
-    wire(form->actionHelpPrivacy, QKeySequence(Qt::SHIFT | Qt::Key_F1),
-         &AppDelegate::OnMenuHelpPrivacyPolicy);
-    wire(form->actionHelpReport, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F1),
-         &AppDelegate::OnMenuHelpSubmitTicket);
+    wireFree(form->actionHelpGuide,
+             standardOr(QKeySequence::HelpContents, QKeySequence(Qt::Key_F1)),
+             &AppDelegate::OnMenuHelpAppHomePage);
+    wireFree(form->actionHelpAbout, QKeySequence(Qt::CTRL | Qt::Key_F1),
+             &AppDelegate::OnMenuHelpCompanyHomePage);
+    wireFree(form->actionHelpPrivacy, QKeySequence(Qt::SHIFT | Qt::Key_F1),
+             &AppDelegate::OnMenuHelpPrivacyPolicy);
+    wireFree(form->actionHelpReport, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F1),
+             &AppDelegate::OnMenuHelpSubmitTicket);
+}
+
+void MainWindow::Show_Busy(bool busy)
+{
+    for (QAction* action : std::as_const(commandActions))
+        action->setEnabled(!busy);
+    arrowLeft->setEnabled(!busy);
+    arrowRight->setEnabled(!busy);
+    centralWidget()->setEnabled(!busy);
+    if (busy)
+        statusBar()->showMessage(
+            QStringLiteral("Working: other commands wait until this one has finished."));
+    else
+        statusBar()->clearMessage();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && QApplication::activeModalWidget() &&
+        static_cast<QKeyEvent*>(event)->keyCombination() == form->actionQuit->shortcut()[0]) {
+        session.OnMenuQuit();
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

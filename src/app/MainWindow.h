@@ -5,6 +5,7 @@
 #include <memory>
 
 class AppDelegate;
+class QShortcut;
 namespace Ui {
 class MainWindow;
 }
@@ -17,8 +18,11 @@ public:
     ~MainWindow() override;
 
     Ui::MainWindow& ui() { return *form; }
+    // While a command runs, the other commands, the arrow keys and the editing area rest.
+    void Show_Busy(bool busy);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -28,4 +32,7 @@ private:
 
     AppDelegate& session;
     std::unique_ptr<Ui::MainWindow> form;
+    QList<QAction*> commandActions;
+    QShortcut* arrowLeft = nullptr;
+    QShortcut* arrowRight = nullptr;
 };

@@ -1,15 +1,21 @@
 #include "app/AppDelegate.h"
 
 #include "app/ImageView_Drop_Files.h"
+#include "app/MainWindow.h"
 #include "app/Media_Files.h"
 #include "timeline/View_Video_Timeline.h"
+#include "timeline/View_Waveform.h"
 #include "tools/TimeStrings.h"
 #include "tools/Tool_Arguments.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMediaPlayer>
 #include <QProgressBar>
+#include <QSlider>
+
+#include <utility>
 
 void AppDelegate::OnToolbarOpenVideo()
 {
@@ -21,9 +27,6 @@ void AppDelegate::OnToolbarOpenVideo()
 
 void AppDelegate::OpenFile(const QString& chosen)
 {
-    // While a sheet is up the window takes no command; a drop must not start one either.
-    if (windowProgress)
-        return;
     const QString path = QFileInfo(chosen).absoluteFilePath();
     // Look before touching the session: a file ffmpeg cannot read leaves everything as it was.
     const Duration_Probe probe = GetMediaFileDuration(path);
@@ -35,9 +38,31 @@ void AppDelegate::OpenFile(const QString& chosen)
     Start_Preparing(path);
 }
 
-// Makes the file the session's source; the preview's first answer starts its preparation.
+void AppDelegate::Open_When_Idle(const QString& path)
+{
+    if (commandGate.isBusy()) {
+        commandGate.deferOpen(path);
+        return;
+    }
+    const Command_Gate::Scope opening(commandGate);
+    OpenFile(path);
+}
+
+void AppDelegate::Take_Handed_Over_File(const QString& path)
+{
+    window->showNormal();
+    window->raise();
+    window->activateWindow();
+    if (!path.isEmpty())
+        Open_When_Idle(path);
+}
+
+// Makes the file the session's source; the preview's first answer starts its preparation,
+// which holds the command gate until it has ended one way or the other.
 void AppDelegate::Start_Preparing(const QString& path)
 {
+    if (!std::exchange(b_Preparing, true))
+        commandGate.begin();
     timerShowWindowProgressModal.stop();
     timerHandleVideoSelected.stop();
     array_Segments.clear();
@@ -68,6 +93,10 @@ void AppDelegate::TimerShowWindowProgressRoutine()
     }
     s_Orig_Duration = *probe.text;
     i_Orig_Duration_in_Seconds = Return_Seconds_From_Duration_Str(s_Orig_Duration);
+    // A source that does not tell its length (a raw stream) cannot be the time base itself:
+    // its working copy is made, and that, or its sound, gives the length.
+    if (i_Orig_Duration_in_Seconds == 0)
+        b_Use_Original_File = false;
     Show_Window_Progress();
     timerHandleVideoSelected.start();
 }
@@ -114,7 +143,14 @@ void AppDelegate::TimerHandleVideoSelectedRoutine()
     viewTimeline->Forget_Thumbnails();
     Redraw_Timeline();
     qInfo("Prepared %s (%llu s)", qUtf8Printable(s_File_Path), i_Duration_in_Seconds);
-    emit preparationFinished(true);
+    End_Preparation(true);
+}
+
+void AppDelegate::End_Preparation(bool ready)
+{
+    if (std::exchange(b_Preparing, false))
+        commandGate.end();
+    emit preparationFinished(ready);
 }
 
 // Leaves no half-prepared session behind: back to an empty window, saying why when asked to.
@@ -135,11 +171,20 @@ void AppDelegate::Abandon_Opened_File(bool tellUnreadable)
     i_Orig_Duration_in_Seconds = 0;
     bHasAudio = 0;
     array_Segments.clear();
+    // Nothing on screen may belong to a file that is no longer open.
+    sCurrentSpectrumFile.clear();
+    ViewSpectrumThumbnail->update();
+    noVideoLabel->hide();
+    unplayableLabel->hide();
+    f_Current_Position = 0.0f;
+    f_Timeline_Position = 0.0f;
+    timeSlider->setValue(0);
+    labelCurrentTime->setText(Time_String_From_Seconds(0.0f));
     dropView->show();
     Redraw_Timeline();
     if (tellUnreadable)
         Tell_File_Unreadable(path);
-    emit preparationFinished(false);
+    End_Preparation(false);
 }
 
 void AppDelegate::Tell_File_Unreadable(const QString& path)

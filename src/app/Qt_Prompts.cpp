@@ -13,9 +13,15 @@ QString nameFilter(const QStringList& extensions)
 {
     if (extensions.isEmpty())
         return {};
+    // Every letter as a class of both cases, so that clip.Mp4 shows in any file dialog.
     QStringList patterns;
-    for (const QString& extension : extensions)
-        patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + extension.toUpper();
+    for (const QString& extension : extensions) {
+        QString pattern = QStringLiteral("*.");
+        for (const QChar c : extension)
+            pattern +=
+                c.isLetter() ? QStringLiteral("[%1%2]").arg(c.toLower(), c.toUpper()) : QString(c);
+        patterns << pattern;
+    }
     return QStringLiteral("Video files (%1)").arg(patterns.join(u' '));
 }
 
@@ -28,6 +34,9 @@ Qt_Prompts::Qt_Prompts(QWidget* parentWindow)
 
 int Qt_Prompts::showAlert(const Alert_Request& request)
 {
+    // Also in the output, which is what a problem report asks for.
+    qInfo("Alert: %s %s", qUtf8Printable(request.messageText),
+          qUtf8Printable(request.informativeText));
     QMessageBox box(parent);
     box.setWindowTitle(QStringLiteral("Corvanta"));
     box.setText(request.messageText);

@@ -23,6 +23,7 @@ Window_Concatenate_Dimension::~Window_Concatenate_Dimension() = default;
 void Window_Concatenate_Dimension::OnOK()
 {
     session.s_Concatenate_Resolution = comboVideoResolution->currentText();
+    const Command_Gate::Scope converting(session.commandGate);
     session.OK_Window_Concatenate();
 }
 

@@ -54,6 +54,7 @@ void Window_Export_To_Photos::OnStart()
     const int interval = Leading_Integer(textInterval->text());
     if (interval < 1)
         return;
+    const Command_Gate::Scope exporting(session.commandGate);
     const std::optional<QString> folder = session.prompts().chooseFolder(
         {QStringLiteral("Select a folder to save the images"), {}, {}});
     if (!folder)
@@ -99,9 +100,12 @@ void Window_Export_To_Photos::exportWebp(const QString& folder, int frameCount)
                                           QStringLiteral("output.webp")});
     if (!target)
         return;
-    // Unlike a single captured frame, an existing file here is replaced.
-    QFile::remove(*target);
-    QFile::rename(webp, *target);
+    // Unlike a single captured frame, an existing file here is replaced; but the image itself,
+    // saved onto its own path, is kept as it is.
+    if (QFileInfo(*target).canonicalFilePath() != QFileInfo(webp).canonicalFilePath()) {
+        QFile::remove(*target);
+        QFile::rename(webp, *target);
+    }
     session.prompts().showAlert(
         {QStringLiteral("Success"), QStringLiteral("Success"), {QStringLiteral("OK")}});
 }

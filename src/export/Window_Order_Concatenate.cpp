@@ -26,24 +26,31 @@ Window_Order_Concatenate::~Window_Order_Concatenate() = default;
 
 void Window_Order_Concatenate::Reload()
 {
-    const int selected = tableFiles->currentRow();
     tableFiles->setRowCount(static_cast<int>(session.arrayMPGs.size()));
     for (int row = 0; row < tableFiles->rowCount(); ++row)
         tableFiles->setItem(
             row, 0, new QTableWidgetItem(QFileInfo(session.arrayMPGs.at(row)).completeBaseName()));
-    if (selected >= 0)
-        tableFiles->setCurrentCell(selected, 0);
 }
 
+// The selection stays on its row, which now holds the other entry.
 void Window_Order_Concatenate::swapRows(int first)
 {
+    const int selected = selectedRow();
     session.arrayMPGs.swapItemsAt(first, first + 1);
     Reload();
+    tableFiles->selectRow(selected);
+}
+
+// The selected row, or -1: Qt's current row alone is not a selection.
+int Window_Order_Concatenate::selectedRow() const
+{
+    const QModelIndexList rows = tableFiles->selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.constFirst().row();
 }
 
 void Window_Order_Concatenate::OnUp()
 {
-    const int row = tableFiles->currentRow();
+    const int row = selectedRow();
     if (row < 1)
         return;
     swapRows(row - 1);
@@ -51,9 +58,8 @@ void Window_Order_Concatenate::OnUp()
 
 void Window_Order_Concatenate::OnDown()
 {
-    const int row = tableFiles->currentRow();
-    // No selection is -1, which as an unsigned number is never below the last row either.
-    if (static_cast<unsigned>(row) >= static_cast<unsigned>(tableFiles->rowCount() - 1))
+    const int row = selectedRow();
+    if (row < 0 || row >= tableFiles->rowCount() - 1)
         return;
     swapRows(row);
 }
@@ -62,6 +68,7 @@ void Window_Order_Concatenate::OnConcatenate()
 {
     bOK = true;
     hide();
+    const Command_Gate::Scope joining(session.commandGate);
     session.Concatenate_Array_MPG_To_One_File_And_Set_It_For_Edition();
     close();
 }

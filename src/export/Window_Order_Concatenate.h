@@ -27,6 +27,7 @@ public:
     QTableWidget* tableFiles = nullptr;
 
 private:
+    int selectedRow() const;
     void swapRows(int first);
 
     AppDelegate& session;

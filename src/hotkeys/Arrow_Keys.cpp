@@ -10,11 +10,15 @@ void AppDelegate::Register_Arrow_Hot_Keys()
     if (!Hot_Key_Registry::service())
         Hot_Key_Registry::setService(X11_Hot_Key_Service::create());
     constantShortcutManager = Hot_Key_Registry::addGlobalHotkeyMonitorWithShortcut(
-        Object_Shortcut::shortcutWithKeyCode(Object_Shortcut::Left_Arrow, 0),
-        [this] { timerKeyLeft.start(); });
+        Object_Shortcut::shortcutWithKeyCode(Object_Shortcut::Left_Arrow, 0), [this] {
+            if (!commandGate.isBusy())
+                timerKeyLeft.start();
+        });
     constantInsertTextPopupMenu = Hot_Key_Registry::addGlobalHotkeyMonitorWithShortcut(
-        Object_Shortcut::shortcutWithKeyCode(Object_Shortcut::Right_Arrow, 0),
-        [this] { timerKeyRight.start(); });
+        Object_Shortcut::shortcutWithKeyCode(Object_Shortcut::Right_Arrow, 0), [this] {
+            if (!commandGate.isBusy())
+                timerKeyRight.start();
+        });
     if (!constantShortcutManager || !constantInsertTextPopupMenu)
         qInfo("System-wide arrow keys are not available here; Left and Right work in the window.");
 }

@@ -1,6 +1,8 @@
 #include "hotkeys/X11_Hot_Key_Service.h"
 
 #include <QGuiApplication>
+#include <QInputMethodQueryEvent>
+#include <QKeyEvent>
 
 #include <xcb/xcb.h>
 
@@ -109,7 +111,8 @@ bool X11_Hot_Key_Service::registerHotKey(const Object_Shortcut& shortcut, quint3
         keysym = Keysym_Left;
     else if (shortcut.keyCode == Object_Shortcut::Right_Arrow)
         keysym = Keysym_Right;
-    const Grab wanted{keycodeFor(keysym), x11Modifiers(shortcut.carbonFlags())};
+    const Grab wanted{keycodeFor(keysym), x11Modifiers(shortcut.carbonFlags()),
+                      keysym == Keysym_Left ? Qt::Key_Left : Qt::Key_Right};
     if (keysym == 0 || wanted.keycode == 0)
         return false;
     if (!grab(wanted, true)) {
@@ -131,17 +134,36 @@ bool X11_Hot_Key_Service::nativeEventFilter(const QByteArray& eventType, void* m
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & ~0x80) != XCB_KEY_PRESS)
+    const quint8 type = event->response_type & ~0x80;
+    if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
         return false;
-    const auto* press = static_cast<const xcb_key_press_event_t*>(message);
-    if (press->event != root)
+    // Press and release events share one layout.
+    const auto* key = static_cast<const xcb_key_press_event_t*>(message);
+    if (key->event != root)
         return false;
-    const quint16 modifiers = press->state & ~(XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2) & 0xff;
+    const quint16 modifiers = key->state & ~(XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2) & 0xff;
     for (auto it = grabs.cbegin(); it != grabs.cend(); ++it) {
-        if (it->keycode == press->detail && it->modifiers == modifiers) {
+        if (it->keycode != key->detail || it->modifiers != modifiers)
+            continue;
+        if (QObject* field = focusedTextField()) {
+            QKeyEvent forwarded(type == XCB_KEY_PRESS ? QEvent::KeyPress : QEvent::KeyRelease,
+                                it->qtKey, Qt::NoModifier);
+            QCoreApplication::sendEvent(field, &forwarded);
+        } else if (type == XCB_KEY_PRESS) {
             Hot_Key_Registry::dispatch(it.key());
-            return true;
         }
+        return true;
     }
     return false;
+}
+
+// The focused object of our own active window when it edits text, else nothing.
+QObject* X11_Hot_Key_Service::focusedTextField()
+{
+    QObject* focus = QGuiApplication::focusObject();
+    if (!focus)
+        return nullptr;
+    QInputMethodQueryEvent query(Qt::ImEnabled);
+    QCoreApplication::sendEvent(focus, &query);
+    return query.value(Qt::ImEnabled).toBool() ? focus : nullptr;
 }

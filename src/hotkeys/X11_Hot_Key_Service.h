@@ -7,11 +7,12 @@
 
 #include <memory>
 
+class QObject;
 struct xcb_connection_t;
 
 // Hot keys on X11: passive key grabs on the root window, read back through a native event
-// filter. Presses that reach one of our own windows are left to Qt; the grab only answers
-// when another application has the focus.
+// filter. The grab takes the key wherever the focus is, also from our own windows; while one
+// of our text fields has the focus the key is handed on to it instead, so the caret moves.
 class X11_Hot_Key_Service : public Hot_Key_Service, public QAbstractNativeEventFilter {
 public:
     // Nothing where there is no X11 (Wayland, offscreen): hot keys are then refused.
@@ -29,11 +30,13 @@ private:
     struct Grab {
         quint8 keycode = 0;
         quint16 modifiers = 0;
+        int qtKey = 0;
     };
 
     X11_Hot_Key_Service(xcb_connection_t* connection, quint32 root);
     quint8 keycodeFor(quint32 keysym) const;
     bool grab(const Grab& grab, bool on);
+    static QObject* focusedTextField();
 
     xcb_connection_t* connection;
     quint32 root;

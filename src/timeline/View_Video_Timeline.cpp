@@ -80,7 +80,7 @@ View_Video_Timeline::Strip View_Video_Timeline::drawRulerAndThumbnails(QPainter&
     const double H = height();
     Strip strip;
     QFont font(QStringLiteral("Verdana"));
-    font.setPointSize(10);
+    font.setPixelSize(10);
     painter.setFont(font);
     painter.setPen(Qt::black);
     const QFontMetricsF metrics(font);

@@ -72,13 +72,6 @@ std::optional<QString> Duration_Text_From_Report(QStringView report)
     const qsizetype at = report.indexOf(marker);
     if (at < 0 || report.size() - (at + marker.size()) < length)
         return std::nullopt;
-    const QStringView text = report.mid(at + marker.size(), length);
-    // ffmpeg writes " HH:MM:SS.hh"; "N/A" or anything else is no duration at all.
-    static constexpr QStringView shape = u" 00:00:00.0";
-    for (qsizetype i = 0; i < length; ++i) {
-        const bool digitExpected = shape.at(i) == u'0';
-        if (digitExpected ? !text.at(i).isDigit() : text.at(i) != shape.at(i))
-            return std::nullopt;
-    }
-    return text.toString();
+    // " HH:MM:SS.h" as a rule; " N/A, start" for a raw stream, whose fields then read as 0.
+    return report.mid(at + marker.size(), length).toString();
 }

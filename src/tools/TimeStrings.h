@@ -21,5 +21,5 @@ quint64 Return_Seconds_From_Duration_Str(QStringView durationText);
 // Reads the fields at 0, 3 and 6 of ffmpeg's progress clock "HH:MM:SS".
 quint64 Return_Seconds_From_VOB_Duration_Str(QStringView clockText);
 
-// The 11 characters after the first "Duration:" of ffmpeg's report, when they hold a duration.
+// The 11 characters after the first "Duration:" of ffmpeg's report; none when it has fewer.
 std::optional<QString> Duration_Text_From_Report(QStringView report);

@@ -2,6 +2,10 @@
 
 #include <QSet>
 
+#include <csignal>
+
+#include <sys/prctl.h>
+
 namespace {
 
 constexpr qsizetype tailLimit = 8192;
@@ -18,6 +22,8 @@ Tool_Process::Tool_Process(QObject* parent)
     : QObject(parent)
 {
     process.setStandardInputFile(QProcess::nullDevice());
+    // A tool never outlives Corvanta, not even when Corvanta is killed.
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     connect(&process, &QProcess::readyReadStandardError, this, &Tool_Process::readStandardError);
     connect(&process, &QProcess::readyReadStandardOutput, this, &Tool_Process::readStandardOutput);
     connect(&process, &QProcess::finished, this, [this](int code, QProcess::ExitStatus status) {

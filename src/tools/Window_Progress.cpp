@@ -12,14 +12,16 @@ Window_Progress::Window_Progress(QWidget* parent)
     ui->setupUi(this);
     labelDescription = ui->labelDescription;
     progressBar = ui->progressBar;
-    setWindowModality(Qt::WindowModal);
+    // Not modal: the menu's Quit must answer while it is up. The command gate keeps the
+    // window's other commands and its editing area at rest meanwhile.
+    setWindowModality(Qt::NonModal);
 }
 
 Window_Progress::~Window_Progress() = default;
 
 void Window_Progress::beginSheet()
 {
-    open();
+    show();
 }
 
 void Window_Progress::endSheet()
