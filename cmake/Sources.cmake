@@ -1,7 +1,9 @@
 # Sources of the two libraries; the target, not the folder, decides what links widgets.
 set(CORVANTA_CORE_SOURCES
+    src/app/Command_Line.cpp src/app/Command_Line.h
     src/app/Help_Pages.cpp src/app/Help_Pages.h
     src/app/Media_Files.cpp src/app/Media_Files.h
+    src/app/Qt_Translations.cpp src/app/Qt_Translations.h
     src/app/Work_Folder.cpp src/app/Work_Folder.h
     src/export/Export_Arguments.cpp src/export/Export_Arguments.h
     src/hotkeys/Hot_Key_Registry.cpp src/hotkeys/Hot_Key_Registry.h
