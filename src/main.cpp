@@ -13,7 +13,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvanta"));
     QApplication::setApplicationVersion(Corvanta_Version());
-    QApplication::setDesktopFileName(QStringLiteral("corvanta"));
+    QApplication::setDesktopFileName(QStringLiteral(CORVANTA_APP_ID));
 
     // --help, --version and mistakes end here, before any window.
     const Command_Line command = Parse_Command_Line(
