@@ -1,5 +1,6 @@
 # Sources of the two libraries; the target, not the folder, decides what links widgets.
 set(CORVANTA_CORE_SOURCES
+    src/app/Command_Gate.cpp src/app/Command_Gate.h
     src/app/Command_Line.cpp src/app/Command_Line.h
     src/app/Help_Pages.cpp src/app/Help_Pages.h
     src/app/Media_Files.cpp src/app/Media_Files.h
@@ -34,6 +35,7 @@ set(CORVANTA_GUI_SOURCES
     src/app/Open_File.cpp
     src/app/Prompts.h
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
+    src/app/Single_Instance.cpp src/app/Single_Instance.h
     src/app/StartUp.cpp
     src/export/Concatenate.cpp
     src/export/Photos.cpp

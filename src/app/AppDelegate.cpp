@@ -85,6 +85,7 @@ AppDelegate::AppDelegate(QObject* parent)
             [this] { timeSlider->setValue(static_cast<int>(currentTime())); });
     timerVideoPlaying.setInterval(800);
     connect(&timerVideoPlaying, &QTimer::timeout, this, &AppDelegate::TimerVideoPlayingRoutine);
+    connect(&commandGate, &Command_Gate::deferredOpenReady, this, &AppDelegate::Open_When_Idle);
 
     connect(buttonVideoPlay, &QPushButton::clicked, this, &AppDelegate::OnVideoPlay);
     connect(buttonVideoPause, &QPushButton::clicked, this, &AppDelegate::OnVideoPause);
