@@ -68,6 +68,8 @@ void MainWindow::wireActions()
     wire(form->actionSlice, QKeySequence(Qt::CTRL | Qt::Key_L), &AppDelegate::OnMenuFileSlice);
     wireFree(form->actionQuit, standardOr(QKeySequence::Quit, QKeySequence(Qt::CTRL | Qt::Key_Q)),
              &AppDelegate::OnMenuQuit);
+    // Quit also answers from the progress window, which may have the focus.
+    form->actionQuit->setShortcutContext(Qt::ApplicationShortcut);
     wire(form->actionAddSegment, QKeySequence(Qt::CTRL | Qt::Key_M),
          &AppDelegate::OnMenuSegmentAdd);
     wire(form->actionRemoveAllSegments, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M),
