@@ -19,7 +19,9 @@ set(CORVANTA_CORE_SOURCES
     src/tools/TimeStrings.cpp src/tools/TimeStrings.h
     src/tools/Tool_Arguments.cpp src/tools/Tool_Arguments.h
     src/tools/Tool_Locator.cpp src/tools/Tool_Locator.h
+    src/tools/Tool_Log.cpp src/tools/Tool_Log.h
     src/tools/Tool_Process.cpp src/tools/Tool_Process.h
+    src/tools/Tool_Runner.cpp src/tools/Tool_Runner.h
 )
 
 set(CORVANTA_GUI_SOURCES
@@ -28,6 +30,7 @@ set(CORVANTA_GUI_SOURCES
     resources/Window_Export_To_Photos.ui
     resources/Window_Order_Concatenate.ui
     resources/Window_Progress.ui
+    resources/Window_Tool_Log.ui
     src/app/AppDelegate.cpp src/app/AppDelegate.h
     src/app/ImageView_Drop_Files.cpp src/app/ImageView_Drop_Files.h
     src/app/MainWindow.cpp src/app/MainWindow.h
@@ -37,6 +40,7 @@ set(CORVANTA_GUI_SOURCES
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
     src/app/Single_Instance.cpp src/app/Single_Instance.h
     src/app/StartUp.cpp
+    src/app/Tool_Runs.cpp
     src/export/Concatenate.cpp
     src/export/Photos.cpp
     src/export/Segment_Export.cpp
@@ -55,7 +59,6 @@ set(CORVANTA_GUI_SOURCES
     src/timeline/View_Waveform.cpp src/timeline/View_Waveform.h
     src/timeline/View_Video_Timeline.cpp src/timeline/View_Video_Timeline.h
     src/timeline/Waveform.cpp
-    src/tools/Duration.cpp
-    src/tools/Tool_Runner.cpp
     src/tools/Window_Progress.cpp src/tools/Window_Progress.h
+    src/tools/Window_Tool_Log.cpp src/tools/Window_Tool_Log.h
 )

@@ -10,6 +10,7 @@
 #include "timeline/View_Waveform.h"
 #include "tools/Tool_Process.h"
 #include "tools/Window_Progress.h"
+#include "tools/Window_Tool_Log.h"
 #include "ui_MainWindow.h"
 
 #include <QAudioOutput>
@@ -85,8 +86,17 @@ AppDelegate::AppDelegate(QObject* parent)
             [this] { timeSlider->setValue(static_cast<int>(currentTime())); });
     timerVideoPlaying.setInterval(800);
     connect(&timerVideoPlaying, &QTimer::timeout, this, &AppDelegate::TimerVideoPlayingRoutine);
-    connect(&commandGate, &Command_Gate::deferredOpenReady, this, &AppDelegate::Open_When_Idle);
 
+    connect(&commandGate, &Command_Gate::deferredOpenReady, this, &AppDelegate::Open_When_Idle);
+    connect(&commandGate, &Command_Gate::busyChanged, this, [this](bool busy) {
+        if (busy)
+            return;
+        b_Cancel_Requested = false;
+        toolRunner.setStep({});
+    });
+    connect(&toolRunner, &Tool_Runner::started, this, &AppDelegate::toolStarted);
+    connect(&toolRunner, &Tool_Runner::standardErrorData, this, &AppDelegate::errData);
+    connect(&toolRunner, &Tool_Runner::failed, this, &AppDelegate::Tell_Tool_Failed);
     connect(buttonVideoPlay, &QPushButton::clicked, this, &AppDelegate::OnVideoPlay);
     connect(buttonVideoPause, &QPushButton::clicked, this, &AppDelegate::OnVideoPause);
     connect(buttonVideoStop, &QPushButton::clicked, this, &AppDelegate::OnVideoStop);
@@ -99,6 +109,7 @@ AppDelegate::~AppDelegate()
 {
     // Sheets are children of the main window: release them while it still exists.
     windowProgress.reset();
+    p_Window_Tool_Log.reset();
     window_Concatenate_Dimension.reset();
     p_Window_Order_Concatenate.reset();
     p_Window_Export_To_Photos.reset();

@@ -3,9 +3,12 @@
 #include "app/Command_Gate.h"
 #include "app/Prompts.h"
 #include "timeline/Segment_List.h"
+#include "tools/Tool_Runner.h"
 
+#include <QDateTime>
 #include <QImage>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -31,6 +34,7 @@ class Window_Concatenate_Dimension;
 class Window_Export_To_Photos;
 class Window_Order_Concatenate;
 class Window_Progress;
+class Window_Tool_Log;
 
 // What probing a file found: its duration text, or why there is none.
 struct Duration_Probe {
@@ -70,7 +74,7 @@ public:
     void TimerShowWindowProgressRoutine();
     void TimerHandleVideoSelectedRoutine();
 
-    // Tools (tools/Duration.cpp, tools/Tool_Runner.cpp).
+    // Tools (app/Tool_Runs.cpp; the running itself is Tool_Runner's).
     std::optional<QString> Run_Tool_Blocking(const QString& tool, const QStringList& arguments);
     Duration_Probe GetMediaFileDuration(const QString& path);
     void Show_Window_Progress();
@@ -80,6 +84,10 @@ public:
     void errData(const QByteArray& chunk);
     void terminatedNotification();
     void Report_Tool_Not_Started(const QString& tool);
+    // Names the command's next step on the sheet and in the tool log; seconds of media it takes.
+    void Set_Step(const QString& text, double seconds = 0.0);
+    void Cancel_Command();
+    void OnMenuToolLog();
 
     // The preview (player/Player.cpp).
     void SetupVideoPreview();
@@ -243,6 +251,8 @@ public:
     // Child processes and progress.
     bool terminated = false;
     std::unique_ptr<Window_Progress> windowProgress;
+    Tool_Runner toolRunner;
+    std::unique_ptr<Window_Tool_Log> p_Window_Tool_Log;
 
     // Windows, tools and folders.
     MainWindow* window = nullptr;
@@ -272,12 +282,18 @@ private:
     void Follow_Playback_State();
     void Abandon_Opened_File(bool tellUnreadable);
     void End_Preparation(bool ready);
+    void Finish_Cancelled_Command();
+    void Tell_Tool_Failed(const Tool_Run& run);
     void Tell_File_Unreadable(const QString& path);
+    void Tell_Opening_Failed(const QString& headline, const QString& text);
+    bool Abandoned_After_Failed_Run();
     void Redraw_Timeline();
 
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<Prompts> prompter;
-    int i_Item_Status = 0;         // 0 unknown, 1 ready to play, 2 failed
-    quint64 u_Thumbnail_Chain = 0; // which run of the thumbnail chain is current
-    bool b_Preparing = false;      // the opened file's preparation holds the command gate
+    int i_Item_Status = 0;           // 0 unknown, 1 ready to play, 2 failed
+    quint64 u_Thumbnail_Chain = 0;   // which run of the thumbnail chain is current
+    bool b_Preparing = false;        // the opened file's preparation holds the command gate
+    bool b_Cancel_Requested = false; // the running command stops at its next step
+    QMap<QString, QDateTime> map_Work_Folder_Before; // the work folder when the sheet came up
 };

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMimeData>
 #include <QShortcut>
 #include <QStatusBar>
@@ -25,6 +26,10 @@ MainWindow::MainWindow(AppDelegate& delegate)
     connect(arrowLeft, &QShortcut::activated, this, [this] { session.timerKeyLeft.start(); });
     connect(arrowRight, &QShortcut::activated, this, [this] { session.timerKeyRight.start(); });
 
+    // Notices that pass (a failed tool run) show over this lasting one.
+    busyLabel = new QLabel(statusBar());
+    busyLabel->setAccessibleName(QStringLiteral("Status"));
+    statusBar()->addWidget(busyLabel);
     connect(&session.commandGate, &Command_Gate::busyChanged, this, &MainWindow::Show_Busy);
     // Quit answers even while a dialog holds the window.
     qApp->installEventFilter(this);
@@ -91,6 +96,8 @@ void MainWindow::wireActions()
              &AppDelegate::OnMenuHelpCompanyHomePage);
     wireFree(form->actionHelpPrivacy, QKeySequence(Qt::SHIFT | Qt::Key_F1),
              &AppDelegate::OnMenuHelpPrivacyPolicy);
+    wireFree(form->actionToolLog, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_G),
+             &AppDelegate::OnMenuToolLog);
     wireFree(form->actionHelpReport, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F1),
              &AppDelegate::OnMenuHelpSubmitTicket);
 }
@@ -102,11 +109,9 @@ void MainWindow::Show_Busy(bool busy)
     arrowLeft->setEnabled(!busy);
     arrowRight->setEnabled(!busy);
     centralWidget()->setEnabled(!busy);
-    if (busy)
-        statusBar()->showMessage(
-            QStringLiteral("Working: other commands wait until this one has finished."));
-    else
-        statusBar()->clearMessage();
+    busyLabel->setText(
+        busy ? QStringLiteral("Working: other commands wait until this one has finished.")
+             : QString());
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)

@@ -5,6 +5,7 @@
 #include <memory>
 
 class AppDelegate;
+class QLabel;
 class QShortcut;
 namespace Ui {
 class MainWindow;
@@ -35,4 +36,5 @@ private:
     QList<QAction*> commandActions;
     QShortcut* arrowLeft = nullptr;
     QShortcut* arrowRight = nullptr;
+    QLabel* busyLabel = nullptr;
 };

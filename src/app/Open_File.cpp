@@ -3,6 +3,7 @@
 #include "app/ImageView_Drop_Files.h"
 #include "app/MainWindow.h"
 #include "app/Media_Files.h"
+#include "app/Work_Folder.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"
 #include "tools/TimeStrings.h"
@@ -33,6 +34,13 @@ void AppDelegate::OpenFile(const QString& chosen)
     if (!probe.text) {
         if (probe.toolStarted)
             Tell_File_Unreadable(path);
+        return;
+    }
+    if (const std::optional<QString> problem = Work_Folder_Problem(s_Output_Folder)) {
+        Tell_Opening_Failed(QStringLiteral("Corvanta cannot write its work files"),
+                            QStringLiteral("Corvanta cannot write to %1: %2. Make it a folder "
+                                           "you can write to, then open the file again.")
+                                .arg(Display_Path(s_Output_Folder), *problem));
         return;
     }
     Start_Preparing(path);
@@ -109,20 +117,28 @@ void AppDelegate::TimerHandleVideoSelectedRoutine()
     } else {
         const QString mpg = Working_Copy_Path(s_Output_Folder, s_File_Path);
         QFile::remove(mpg);
+        Set_Step(QStringLiteral("Converting %1").arg(QFileInfo(s_File_Path).fileName()),
+                 static_cast<double>(i_Orig_Duration_in_Seconds));
         if (!Run_Tool_With_Progress(sffmpegPath, Working_Copy_Arguments(s_File_Path, mpg), 0)) {
             Abandon_Opened_File(false);
             return;
         }
+        if (Abandoned_After_Failed_Run())
+            return;
         sVideoFile = mpg;
         s_File_URL = QUrl::fromLocalFile(mpg);
     }
 
     const QString wav = Sound_File_Path(s_Output_Folder, s_File_Path);
     QFile::remove(wav);
+    Set_Step(QStringLiteral("Extracting the sound"),
+             static_cast<double>(i_Orig_Duration_in_Seconds));
     if (!Run_Tool_With_Progress(sffmpegPath, Sound_Extraction_Arguments(s_File_Path, wav), 1)) {
         Abandon_Opened_File(false);
         return;
     }
+    if (Abandoned_After_Failed_Run())
+        return;
     bHasAudio = 0;
     if (QFileInfo::exists(wav)) {
         bHasAudio = 1;
@@ -140,6 +156,16 @@ void AppDelegate::TimerHandleVideoSelectedRoutine()
     }
     s_Duration = *base.text;
     i_Duration_in_Seconds = Return_Seconds_From_Duration_Str(s_Duration);
+    if (i_Duration_in_Seconds == 0) {
+        const QString name = QFileInfo(s_File_Path).fileName();
+        Abandon_Opened_File(false);
+        Tell_Opening_Failed(QStringLiteral("“%1” is too short to edit").arg(name),
+                            QStringLiteral("Corvanta measures a file in whole seconds, and “%1” "
+                                           "lasts less than one: a single frame, or a file cut "
+                                           "off after its first pictures.")
+                                .arg(name));
+        return;
+    }
     viewTimeline->Forget_Thumbnails();
     Redraw_Timeline();
     qInfo("Prepared %s (%llu s)", qUtf8Printable(s_File_Path), i_Duration_in_Seconds);
@@ -185,6 +211,32 @@ void AppDelegate::Abandon_Opened_File(bool tellUnreadable)
     if (tellUnreadable)
         Tell_File_Unreadable(path);
     End_Preparation(false);
+}
+
+// A preparation run that ended badly (ffmpeg killed, the disk full, the source gone) leaves a
+// working copy that does not match the file: the opening ends there and says so.
+bool AppDelegate::Abandoned_After_Failed_Run()
+{
+    const Tool_Run& run = toolRunner.log().newest();
+    if (!run.failed())
+        return false;
+    const QString name = QFileInfo(s_File_Path).fileName();
+    const QString how = run.outcome == Tool_Run::Outcome::Killed
+                            ? QStringLiteral("ffmpeg was stopped")
+                            : QStringLiteral("ffmpeg ended with status %1").arg(run.exitCode);
+    Abandon_Opened_File(false);
+    Tell_Opening_Failed(
+        QStringLiteral("“%1” could not be prepared").arg(name),
+        QStringLiteral("%1 while %2, so Corvanta has no complete working copy. Make sure the "
+                       "file is still there and that %3 has free space, then open it again. "
+                       "The Tool Log (Help menu) shows what ffmpeg said.")
+            .arg(how, run.step, Display_Path(s_Output_Folder)));
+    return true;
+}
+
+void AppDelegate::Tell_Opening_Failed(const QString& headline, const QString& text)
+{
+    prompts().showAlert({headline, text, {QStringLiteral("Close")}});
 }
 
 void AppDelegate::Tell_File_Unreadable(const QString& path)

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 #include <filesystem>
 #include <system_error>
@@ -64,4 +65,50 @@ QStringList Remove_Folder_Content(const QString& folder)
     if (fs::is_directory(fs::symlink_status(root, error)))
         removeChildren(root, failures);
     return failures;
+}
+
+QMap<QString, QDateTime> Folder_Stamps(const QString& folder)
+{
+    QMap<QString, QDateTime> stamps;
+    const QFileInfoList entries =
+        QDir(folder).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System);
+    for (const QFileInfo& entry : entries)
+        stamps.insert(entry.fileName(), entry.lastModified());
+    return stamps;
+}
+
+QStringList Remove_Changed_Since(const QString& folder, const QMap<QString, QDateTime>& before)
+{
+    QStringList failures;
+    const QMap<QString, QDateTime> now = Folder_Stamps(folder);
+    for (auto it = now.cbegin(); it != now.cend(); ++it) {
+        if (before.value(it.key()) == it.value())
+            continue;
+        QFileInfo entry(QDir(folder).filePath(it.key()));
+        const bool removed = entry.isDir() && !entry.isSymLink()
+                                 ? QDir(entry.filePath()).removeRecursively()
+                                 : QFile::remove(entry.filePath());
+        if (!removed)
+            failures << QStringLiteral("Could not remove “%1”").arg(entry.filePath());
+    }
+    return failures;
+}
+
+std::optional<QString> Work_Folder_Problem(const QString& folder)
+{
+    const QFileInfo entry(folder);
+    if (entry.exists() && !entry.isDir())
+        return QStringLiteral("a file of that name stands where the folder should be");
+    if (!entry.exists() && !QDir().mkpath(folder))
+        return QStringLiteral("the folder cannot be made");
+    QTemporaryFile probe(QDir(folder).filePath(QStringLiteral(".write-test-XXXXXX")));
+    if (probe.open())
+        return std::nullopt;
+    return probe.errorString().toLower();
+}
+
+QString Display_Path(const QString& path)
+{
+    const QString home = QDir::homePath();
+    return path.startsWith(home + u'/') ? u'~' + path.mid(home.size()) : path;
 }

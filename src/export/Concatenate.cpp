@@ -9,6 +9,7 @@
 #include "tools/TimeStrings.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 
 void AppDelegate::OnToolbarConcatenate()
@@ -54,6 +55,11 @@ void AppDelegate::OK_Window_Concatenate()
         total += i_Orig_Duration_in_Seconds;
         const QString mpg = Concatenate_Convert_Path(s_Output_Folder, source);
         QFile::remove(mpg);
+        Set_Step(QStringLiteral("Converting %1 (%2 of %3)")
+                     .arg(QFileInfo(source).fileName())
+                     .arg(arrayMPGs.size() + 1)
+                     .arg(array_Concatenate.size()),
+                 static_cast<double>(i_Orig_Duration_in_Seconds));
         arrayMPGs.append(mpg);
         const QStringList arguments =
             Concatenate_Convert_Arguments(source, s_Concatenate_Resolution, mpg);
@@ -79,6 +85,7 @@ void AppDelegate::Concatenate_Array_MPG_To_One_File_And_Set_It_For_Edition()
     Show_Window_Progress();
     const QString joined = Concatenate_Output_Path(s_Output_Folder);
     QFile::remove(joined);
+    Set_Step(QStringLiteral("Joining"), static_cast<double>(i_Orig_Duration_in_Seconds));
     if (!Run_Tool_With_Progress(sffmpegPath, Concatenate_Join_Arguments(arrayMPGs, joined),
                                 Progress_Concatenate_Join))
         return;

@@ -100,3 +100,9 @@ QString Concatenate_Output_Path(const QString& workFolder)
 {
     return workFolder + QStringLiteral("/concatenated.mpg");
 }
+
+double Segment_Seconds(quint64 durationSeconds, const Object_Segment& segment)
+{
+    return static_cast<double>(Seconds_From_Position(durationSeconds, segment.f_End) -
+                               Seconds_From_Position(durationSeconds, segment.f_Start));
+}

@@ -15,6 +15,9 @@ struct Segment_Cut {
 // The times of a segment of a file whose time base is D whole seconds, in single precision.
 Segment_Cut Segment_Cut_Times(quint64 durationSeconds, const Object_Segment& segment);
 
+// How long a segment lasts, in seconds of a file whose time base is D whole seconds.
+double Segment_Seconds(quint64 durationSeconds, const Object_Segment& segment);
+
 // Seeks after the input: accurate, decoding from the start of the file; ffmpeg's .mp4 defaults.
 QStringList Cut_Arguments(const QString& video, const Segment_Cut& cut, const QString& output);
 

@@ -34,6 +34,8 @@ bool AppDelegate::Cut_Segments(int firstNumber, quint64 type)
         const QString piece =
             Segment_Video_Path(s_Output_Folder, firstNumber + static_cast<int>(i));
         QFile::remove(piece);
+        Set_Step(QStringLiteral("Cutting segment %1 of %2").arg(i + 1).arg(array_Segments.size()),
+                 Segment_Seconds(i_Duration_in_Seconds, array_Segments.at(i)));
         if (!Run_Tool_With_Progress(sffmpegPath, Cut_Arguments(sVideoFile, cut, piece), type))
             return false;
     }
@@ -48,6 +50,10 @@ bool AppDelegate::Join_Trimmed_Segments()
         pieces << Segment_Video_Path(s_Output_Folder, static_cast<int>(i));
     const QString joined = Trim_Video_Path(s_Output_Folder);
     QFile::remove(joined);
+    double seconds = 0.0;
+    for (const Object_Segment& segment : array_Segments)
+        seconds += Segment_Seconds(i_Duration_in_Seconds, segment);
+    Set_Step(QStringLiteral("Joining"), seconds);
     return Run_Tool_With_Progress(sffmpegPath, Join_Arguments(pieces, bHasAudio != 0, joined),
                                   Progress_Trim_Join);
 }

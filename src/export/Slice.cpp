@@ -53,6 +53,9 @@ void AppDelegate::OnToolbarSplitAudio()
     for (int k = 1; k <= array_Segments.size(); ++k) {
         const QString sound = Segment_Audio_Path(*folder, k);
         QFile::remove(sound);
+        Set_Step(QStringLiteral("Extracting the sound of segment %1 of %2")
+                     .arg(k)
+                     .arg(array_Segments.size()));
         if (!Run_Tool_With_Progress(
                 sffmpegPath, Audio_Extract_Arguments(Segment_Video_Path(s_Output_Folder, k), sound),
                 Progress_Audio_Split_Extract))

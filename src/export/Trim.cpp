@@ -28,6 +28,7 @@ void AppDelegate::OnToolbarTrimAudio()
         return;
     const QString sound = Trim_Audio_Path(s_Output_Folder);
     QFile::remove(sound);
+    Set_Step(QStringLiteral("Extracting the sound"));
     if (!Run_Tool_With_Progress(sffmpegPath,
                                 Audio_Extract_Arguments(Trim_Video_Path(s_Output_Folder), sound),
                                 Progress_Audio_Trim_Extract))

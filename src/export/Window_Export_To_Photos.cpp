@@ -23,6 +23,7 @@ Window_Export_To_Photos::Window_Export_To_Photos(AppDelegate& delegate, QWidget*
     connect(radio2, &QRadioButton::toggled, this, &Window_Export_To_Photos::OnChangeRadio2);
     connect(ui->buttonStart, &QPushButton::clicked, this, &Window_Export_To_Photos::OnStart);
     connect(ui->buttonClose, &QPushButton::clicked, this, &Window_Export_To_Photos::OnActionClose);
+    connect(ui->buttonCancel, &QPushButton::clicked, this, [this] { b_Cancelled = true; });
 }
 
 Window_Export_To_Photos::~Window_Export_To_Photos() = default;
@@ -44,9 +45,22 @@ void Window_Export_To_Photos::OnChangeRadio2()
     txtLoops->setEnabled(true);
 }
 
+// While the frames are made, closing means Cancel: the series stops after the current frame.
 void Window_Export_To_Photos::OnActionClose()
 {
-    session.Close_Window_Export_Photos();
+    if (b_Running)
+        b_Cancelled = true;
+    else
+        session.Close_Window_Export_Photos();
+}
+
+void Window_Export_To_Photos::Show_Running(bool running)
+{
+    b_Running = running;
+    b_Cancelled = false;
+    ui->buttonStart->setEnabled(!running);
+    ui->buttonClose->setVisible(!running);
+    ui->buttonCancel->setVisible(running);
 }
 
 void Window_Export_To_Photos::OnStart()
@@ -61,6 +75,7 @@ void Window_Export_To_Photos::OnStart()
         return;
     const QList<quint64> times = Frame_Series_Times(session.i_Duration_in_Seconds, interval);
     quint32 number = 0;
+    Show_Running(true);
     for (const quint64 t : times) {
         if (!session.Generate_Thumbnail_for_Sequence_of_Photos(Whole_Seconds_Time_String(t),
                                                                *folder, ++number) &&
@@ -68,9 +83,15 @@ void Window_Export_To_Photos::OnStart()
             break; // ffmpeg could not be run; the person has been told
         pbar->setValue(Frame_Series_Progress(t, session.i_Duration_in_Seconds));
         pbar->repaint();
+        if (b_Cancelled)
+            break;
     }
+    const bool cancelled = b_Cancelled;
+    Show_Running(false);
     pbar->setValue(0);
     pbar->repaint();
+    if (cancelled)
+        return; // the frames written so far stay
     if (radio1->isChecked())
         session.prompts().openWithDesktop(QUrl::fromLocalFile(*folder));
     else

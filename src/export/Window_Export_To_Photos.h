@@ -35,7 +35,10 @@ public slots:
 
 private:
     void exportWebp(const QString& folder, int frameCount);
+    void Show_Running(bool running);
 
     AppDelegate& session;
     std::unique_ptr<Ui::Window_Export_To_Photos> ui;
+    bool b_Running = false;
+    bool b_Cancelled = false;
 };

@@ -22,6 +22,11 @@ void AppDelegate::TimerGetThumbnailRoutine()
 {
     if (i_Duration_in_Seconds == 0)
         return;
+    // No frame is fetched inside a running command: the strip waits for it to end.
+    if (commandGate.isBusy()) {
+        timerGetThumbnail.start();
+        return;
+    }
     if (i_Thumbnail_Index >= static_cast<quint64>(array_Time_Stamps.size())) {
         b_Draw_Thumbnails = true;
         viewTimeline->update();

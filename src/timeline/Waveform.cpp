@@ -6,6 +6,11 @@
 
 void AppDelegate::TimerCreateSpectrumThumbnailRoutine()
 {
+    // Made once the running command (the opening itself, as a rule) has ended.
+    if (commandGate.isBusy()) {
+        timerCreateSpectrumThumbnail.start();
+        return;
+    }
     openFileWithFilePathURL(s_Audio_URL);
 }
 

@@ -1,6 +1,7 @@
 #include "tools/Tool_Process.h"
 
 #include <QSet>
+#include <QTimer>
 
 #include <csignal>
 
@@ -28,6 +29,7 @@ Tool_Process::Tool_Process(QObject* parent)
     connect(&process, &QProcess::readyReadStandardOutput, this, &Tool_Process::readStandardOutput);
     connect(&process, &QProcess::finished, this, [this](int code, QProcess::ExitStatus status) {
         i_Exit_Code = status == QProcess::NormalExit ? code : -1;
+        b_Killed = status != QProcess::NormalExit;
         finish();
     });
     connect(&process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
@@ -64,6 +66,17 @@ void Tool_Process::waitForEnd(QEventLoop::ProcessEventsFlags flags)
     QEventLoop loop;
     connect(this, &Tool_Process::ended, &loop, &QEventLoop::quit);
     loop.exec(flags);
+}
+
+void Tool_Process::stop()
+{
+    if (b_Ended)
+        return;
+    process.terminate();
+    QTimer::singleShot(2000, this, [this] {
+        if (!b_Ended)
+            process.kill();
+    });
 }
 
 void Tool_Process::Kill_All_Running()

@@ -25,8 +25,13 @@ public:
     // Returns when the child has ended; the event loop turns meanwhile so the window paints.
     void waitForEnd(QEventLoop::ProcessEventsFlags flags = QEventLoop::AllEvents);
 
+    // Asks the child to end, and kills it if it has not after two seconds.
+    void stop();
+
     bool hasEnded() const { return b_Ended; }
     bool failedToStart() const { return b_Failed_To_Start; }
+    // Ended by a signal (killed, crashed) rather than by exiting.
+    bool killed() const { return b_Killed; }
     int exitCode() const { return i_Exit_Code; }
     const QByteArray& mergedOutput() const { return merged; }
     // The last few kilobytes of standard error, for the log.
@@ -50,5 +55,6 @@ private:
     QByteArray tail;
     bool b_Ended = false;
     bool b_Failed_To_Start = false;
+    bool b_Killed = false;
     int i_Exit_Code = -1;
 };
