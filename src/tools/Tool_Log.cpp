@@ -20,6 +20,8 @@ QString quoted(const QString& word)
 
 bool Tool_Run::failed() const
 {
+    if (cancelled)
+        return false;
     switch (outcome) {
     case Outcome::Running:
         return false;
@@ -78,10 +80,11 @@ int Tool_Log::begin(Tool_Run run)
 }
 
 void Tool_Log::finish(int number, Tool_Run::Outcome outcome, int exitCode,
-                      const QByteArray& errorTail)
+                      const QByteArray& errorTail, bool cancelled)
 {
     Tool_Run& run = array_Runs[number];
-    run.outcome = outcome;
+    run.outcome = cancelled ? Tool_Run::Outcome::Killed : outcome;
+    run.cancelled = cancelled;
     run.exitCode = exitCode;
     run.errorTail = errorTail;
     run.milliseconds = run.started.msecsTo(QDateTime::currentDateTime());

@@ -18,6 +18,7 @@ struct Tool_Run {
     Outcome outcome = Outcome::Running;
     int exitCode = 0;
     bool statusIsAnswer = false; // a non-zero status answers a question (the duration probe)
+    bool cancelled = false;      // ended on the person's request: killed, but not a failure
     QByteArray errorTail;
 
     bool failed() const;
@@ -40,7 +41,8 @@ public:
 
     // Adds a running entry and returns its number, for finish().
     int begin(Tool_Run run);
-    void finish(int number, Tool_Run::Outcome outcome, int exitCode, const QByteArray& errorTail);
+    void finish(int number, Tool_Run::Outcome outcome, int exitCode, const QByteArray& errorTail,
+                bool cancelled = false);
     const Tool_Run& run(int number) const { return array_Runs.at(number); }
     const Tool_Run& newest() const { return array_Runs.constLast(); }
     // The run shown in a row (row 0 is the newest).

@@ -31,8 +31,9 @@ Tool_Result Tool_Runner::run(const QString& tool, const QStringList& arguments,
                                                       : Tool_Run::Outcome::Ended;
     toolLog.finish(number, outcome, result.exitCode,
                    options.output == Tool_Process::Output::Merged ? result.output
-                                                                  : process.errorTail());
-    if (toolLog.run(number).failed() && !result.cancelled)
+                                                                  : process.errorTail(),
+                   result.cancelled);
+    if (toolLog.run(number).failed())
         emit failed(toolLog.run(number));
     return result;
 }
