@@ -1,0 +1,101 @@
+// How long the window stops answering while a clip is opened, its thumbnails and waveform are
+// made, and the timeline is clicked every 300 ms: (a) the longest time the event loop does not
+// turn, (b) the longest time from a click's due moment to the playhead drawn at that place.
+// Usage: bench_gui_stalls CLIP [SECONDS]
+#include "app/AppDelegate.h"
+#include "app/MainWindow.h"
+#include "timeline/View_Video_Timeline.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+// Notes when the timeline paints, so a click's answer can be timed.
+class Paint_Watch : public QObject {
+public:
+    qint64 lastPaint = -1;
+    const QElapsedTimer* clock = nullptr;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            lastPaint = clock->elapsed();
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QApplication application(argc, argv);
+    if (argc < 2) {
+        std::fputs("usage: bench_gui_stalls CLIP [SECONDS]\n", stderr);
+        return 2;
+    }
+    const QString clip = QString::fromLocal8Bit(argv[1]);
+    const int seconds = argc > 2 ? std::atoi(argv[2]) : 30;
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+
+    AppDelegate session;
+    session.applicationDidFinishLaunching();
+    session.window->resize(1280, 800);
+
+    QElapsedTimer clock;
+    clock.start();
+    qint64 lastTick = 0;
+    qint64 longestStall = 0;
+    QTimer heartbeat;
+    heartbeat.setInterval(5);
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        const qint64 now = clock.elapsed();
+        longestStall = std::max(longestStall, now - lastTick);
+        lastTick = now;
+    });
+    heartbeat.start();
+
+    Paint_Watch watch;
+    watch.clock = &clock;
+    session.viewTimeline->installEventFilter(&watch);
+    qint64 longestAnswer = 0;
+    int clicks = 0;
+    qint64 pendingDue = -1;
+    QTimer clicker;
+    clicker.setInterval(300);
+    const qint64 firstDue = 1000;
+    QObject::connect(&clicker, &QTimer::timeout, [&] {
+        // Each click is due 300 ms after the last; a late timer counts against the window.
+        const qint64 due = firstDue + 300 * clicks;
+        if (pendingDue >= 0 && watch.lastPaint >= pendingDue)
+            longestAnswer = std::max(longestAnswer, watch.lastPaint - pendingDue);
+        View_Video_Timeline* timeline = session.viewTimeline;
+        const QPointF at(timeline->width() * (0.1 + 0.8 * ((clicks * 37) % 100) / 100.0),
+                         timeline->height() / 2.0);
+        QMouseEvent press(QEvent::MouseButtonPress, at, timeline->mapToGlobal(at), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, timeline->mapToGlobal(at),
+                            Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(timeline, &press);
+        QApplication::sendEvent(timeline, &release);
+        pendingDue = due;
+        ++clicks;
+    });
+    QTimer::singleShot(firstDue, [&] { clicker.start(); });
+    QTimer::singleShot(0, [&] { session.Open_When_Idle(clip); });
+    QTimer::singleShot(seconds * 1000, &application, &QApplication::quit);
+    QApplication::exec();
+
+    std::printf("%s: %d clicks in %d s; longest stall %lld ms; longest click to playhead %lld ms "
+                "(goal: both at most 50 ms)\n",
+                qUtf8Printable(clip), clicks, seconds, longestStall, longestAnswer);
+    std::fflush(stdout);
+    session.exitProcess(0);
+}
