@@ -1,5 +1,7 @@
 #include "Test_Media.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -7,87 +9,26 @@
 
 namespace Test_Media {
 
-QString ffmpeg()
-{
-    return QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-}
-
-int runFfmpeg(const QStringList& arguments, QString* output)
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(ffmpeg(), arguments);
-    if (!process.waitForFinished(120000))
-        return -1;
-    if (output)
-        *output = QString::fromUtf8(process.readAll());
-    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-}
-
-bool makeClip(const QString& path, const Clip& clip, QString* why)
-{
-    const QString duration = QString::number(clip.seconds);
-    QStringList arguments = {QStringLiteral("-y"), QStringLiteral("-loglevel"),
-                             QStringLiteral("error")};
-    if (clip.video)
-        arguments << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
-                  << QStringLiteral("%1%2size=%3:rate=25:duration=%4")
-                         .arg(clip.picture,
-                              clip.picture.contains(u'=') ? QStringLiteral(":")
-                                                          : QStringLiteral("="),
-                              clip.size, duration);
-    if (clip.audio)
-        arguments
-            << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
-            << QStringLiteral("sine=frequency=440:sample_rate=44100:duration=%1").arg(duration);
-    if (clip.video)
-        arguments << clip.codecArguments;
-    arguments << path;
-    QString output;
-    const int status = runFfmpeg(arguments, &output);
-    if (why)
-        *why = output;
-    return status == 0 && QFileInfo(path).size() > 0;
-}
-
 namespace {
 
-QString runProbe(const QStringList& arguments)
+// Runs ffmpeg or ffprobe to its end: its standard output, or nothing when it failed.
+std::optional<QString> run(const char* tool, const QStringList& arguments)
 {
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
-    process.start(QStandardPaths::findExecutable(QStringLiteral("ffprobe")), arguments);
-    if (!process.waitForFinished(60000))
-        return {};
+    process.start(QStandardPaths::findExecutable(QString::fromLatin1(tool)), arguments);
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit ||
+        process.exitCode() != 0) {
+        qWarning("%s failed: %s", tool, process.readAllStandardError().constData());
+        return std::nullopt;
+    }
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
-} // namespace
-
-QStringList streams(const QString& path)
+QString probe(const QString& entries, const QString& path)
 {
-    const QString text = runProbe(
-        {"-v", "error", "-show_entries", "stream=codec_name,codec_type", "-of", "csv=p=0", path});
-    return text.isEmpty() ? QStringList{} : text.split(u'\n');
-}
-
-double duration(const QString& path)
-{
-    bool ok = false;
-    const double seconds =
-        runProbe({"-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", path})
-            .toDouble(&ok);
-    return ok ? seconds : -1.0;
-}
-
-QImage frameAt(const QString& path, double seconds)
-{
-    QTemporaryDir folder;
-    const QString png = folder.filePath(QStringLiteral("frame.png"));
-    runFfmpeg({"-y", "-loglevel", "error", "-ss", QString::number(seconds, 'f', 3), "-i", path,
-               "-vframes", "1", png});
-    return QImage(png);
+    return run("ffprobe", {"-v", "error", "-show_entries", entries, "-of", "csv=p=0", path})
+        .value_or(QString());
 }
 
 double difference(const QImage& a, const QImage& b)
@@ -104,6 +45,56 @@ double difference(const QImage& a, const QImage& b)
         }
     }
     return sum / (3.0 * x.width() * x.height());
+}
+
+} // namespace
+
+bool makeClip(const QString& path, const Clip& clip)
+{
+    const QString seconds = QString::number(clip.seconds);
+    const QString sound = clip.soundSeconds > 0 ? QString::number(clip.soundSeconds) : seconds;
+    const QString picture = clip.picture + (clip.picture.contains(u'=') ? u':' : u'=');
+    QStringList arguments = {"-y", "-loglevel", "error"};
+    if (clip.video)
+        arguments += {"-f", "lavfi", "-i", picture + "size=320x240:rate=25:duration=" + seconds};
+    if (clip.audio)
+        arguments +=
+            {"-f", "lavfi", "-i", "sine=frequency=440:sample_rate=44100:duration=" + sound};
+    if (clip.video)
+        arguments += clip.codecArguments;
+    return run("ffmpeg", arguments << path) && QFileInfo(path).size() > 0;
+}
+
+QStringList streams(const QString& path)
+{
+    return probe("stream=codec_name,codec_type", path).split(u'\n', Qt::SkipEmptyParts);
+}
+
+double duration(const QString& path)
+{
+    return probe("format=duration", path).toDouble();
+}
+
+QImage frameAt(const QString& path, double seconds)
+{
+    QTemporaryDir folder;
+    const QString png = folder.filePath(QStringLiteral("frame.png"));
+    run("ffmpeg", {"-y", "-loglevel", "error", "-ss", QString::number(seconds, 'f', 3), "-i", path,
+                   "-vframes", "1", png});
+    return QImage(png);
+}
+
+double frameDistance(const QImage& image, const QString& source, double at, double other)
+{
+    const double own = difference(image, frameAt(source, at));
+    return own < difference(image, frameAt(source, other)) ? own : 256.0;
+}
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 } // namespace Test_Media

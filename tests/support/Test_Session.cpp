@@ -33,6 +33,14 @@ std::optional<bool> Test_Session::openAndWait(const QString& path, int timeoutMs
     return finished.first().first().toBool();
 }
 
+void Test_Session::addSegment(float start, float end)
+{
+    Object_Segment segment;
+    segment.f_Start = start;
+    segment.f_End = end;
+    session->array_Segments.append(segment);
+}
+
 QString Test_Session::workFile(const QString& name) const
 {
     return session->s_Output_Folder + u'/' + name;

@@ -24,6 +24,8 @@ public:
     // up, nothing when the session refused it outright or the wait timed out.
     std::optional<bool> openAndWait(const QString& path, int timeoutMs = 90000);
 
+    // Appends a segment from start to end, in percent, as the list holds it.
+    void addSegment(float start, float end);
     QString workFile(const QString& name) const;
     // The runs of a tool whose arguments contain the given text.
     QList<QStringList> runsWith(const QString& text) const;
