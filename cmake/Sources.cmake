@@ -11,8 +11,11 @@ set(CORVANTA_CORE_SOURCES
     src/hotkeys/Object_Shortcut.cpp src/hotkeys/Object_Shortcut.h
     src/export/Image_Export.cpp src/export/Image_Export.h
     src/player/Seeking.cpp src/player/Seeking.h
+    src/timeline/Cut_List.cpp src/timeline/Cut_List.h
     src/timeline/Object_Segment.h
+    src/timeline/Segment_Editor.cpp src/timeline/Segment_Editor.h
     src/timeline/Segment_List.cpp src/timeline/Segment_List.h
+    src/timeline/Segment_Table_Model.cpp src/timeline/Segment_Table_Model.h
     src/timeline/Timeline_Geometry.cpp src/timeline/Timeline_Geometry.h
     src/timeline/Timeline_Style.h
     src/tools/Progress.cpp src/tools/Progress.h
@@ -38,6 +41,7 @@ set(CORVANTA_GUI_SOURCES
     src/app/Open_File.cpp
     src/app/Prompts.h
     src/app/Qt_Prompts.cpp src/app/Qt_Prompts.h
+    src/app/Segment_Editing.cpp
     src/app/Single_Instance.cpp src/app/Single_Instance.h
     src/app/StartUp.cpp
     src/app/Tool_Runs.cpp
@@ -53,6 +57,7 @@ set(CORVANTA_GUI_SOURCES
     src/hotkeys/X11_Hot_Key_Service.cpp src/hotkeys/X11_Hot_Key_Service.h
     src/player/Player.cpp
     src/player/Transport.cpp
+    src/timeline/Segment_Time_Delegate.cpp src/timeline/Segment_Time_Delegate.h
     src/timeline/Segments.cpp
     src/timeline/Thumbnails.cpp
     src/timeline/View_Middle_Tab.cpp src/timeline/View_Middle_Tab.h

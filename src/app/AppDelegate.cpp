@@ -6,6 +6,7 @@
 #include "export/Window_Concatenate_Dimension.h"
 #include "export/Window_Export_To_Photos.h"
 #include "export/Window_Order_Concatenate.h"
+#include "timeline/Segment_Editor.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"
 #include "tools/Tool_Process.h"
@@ -87,6 +88,7 @@ AppDelegate::AppDelegate(QObject* parent)
     timerVideoPlaying.setInterval(800);
     connect(&timerVideoPlaying, &QTimer::timeout, this, &AppDelegate::TimerVideoPlayingRoutine);
 
+    Wire_Segment_Editing();
     connect(&commandGate, &Command_Gate::deferredOpenReady, this, &AppDelegate::Open_When_Idle);
     connect(&commandGate, &Command_Gate::busyChanged, this, [this](bool busy) {
         if (busy)

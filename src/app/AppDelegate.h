@@ -20,6 +20,8 @@
 #include <optional>
 
 class ImageView_Drop_Files;
+class Segment_Editor;
+class Segment_Table_Model;
 class MainWindow;
 class QAudioOutput;
 class QLabel;
@@ -111,6 +113,17 @@ public:
     void TimerKeyLeftRoutine();
     void TimerKeyRightRoutine();
 
+    // The segment list, its undo history and cut lists (app/Segment_Editing.cpp).
+    void Record_Segment_Change(const QString& text, void (AppDelegate::*command)());
+    void Record_Segment_Add();
+    void Record_Segment_Remove_All();
+    void OnMenuSegmentRemove();
+    void OnMenuSegmentSetStart();
+    void OnMenuSegmentSetEnd();
+    void OnMenuExportCutList();
+    void OnMenuImportCutList();
+    int Selected_Segment_Row() const;
+
     // Segments (timeline/Segments.cpp).
     void OnToolbarAddStartPoint();
     void OnToolbarRemoveAllSegments();
@@ -198,6 +211,8 @@ public:
 
     // Segments and timeline.
     Segment_List array_Segments;
+    std::unique_ptr<Segment_Editor> segmentEditor;
+    Segment_Table_Model* segmentModel = nullptr;
     QList<Object_Disabled_Rectangle> array_Disabled_Rectangles;
     View_Video_Timeline* viewTimeline = nullptr;
 
@@ -282,6 +297,8 @@ private:
     void Follow_Playback_State();
     void Abandon_Opened_File(bool tellUnreadable);
     void End_Preparation(bool ready);
+    void Wire_Segment_Editing();
+    void Show_Selected_Segment();
     void Finish_Cancelled_Command();
     void Tell_Tool_Failed(const Tool_Run& run);
     void Tell_File_Unreadable(const QString& path);

@@ -76,9 +76,17 @@ void MainWindow::wireActions()
     // Quit also answers from the progress window, which may have the focus.
     form->actionQuit->setShortcutContext(Qt::ApplicationShortcut);
     wire(form->actionAddSegment, QKeySequence(Qt::CTRL | Qt::Key_M),
-         &AppDelegate::OnMenuSegmentAdd);
+         &AppDelegate::Record_Segment_Add);
     wire(form->actionRemoveAllSegments, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M),
-         &AppDelegate::OnMenuSegmentRemoveAll);
+         &AppDelegate::Record_Segment_Remove_All);
+    wire(form->actionRemoveSegment, QKeySequence(Qt::Key_Delete),
+         &AppDelegate::OnMenuSegmentRemove);
+    wire(form->actionSetStart, QKeySequence(Qt::Key_I), &AppDelegate::OnMenuSegmentSetStart);
+    wire(form->actionSetEnd, QKeySequence(Qt::Key_O), &AppDelegate::OnMenuSegmentSetEnd);
+    wire(form->actionExportCutList, QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_E),
+         &AppDelegate::OnMenuExportCutList);
+    wire(form->actionImportCutList, QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_I),
+         &AppDelegate::OnMenuImportCutList);
     wire(form->actionTrimAudio, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A),
          &AppDelegate::OnToolbarTrimAudio);
     wire(form->actionSplitAudio, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L),

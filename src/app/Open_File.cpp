@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "app/Media_Files.h"
 #include "app/Work_Folder.h"
+#include "timeline/Segment_Editor.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"
 #include "tools/TimeStrings.h"
@@ -74,6 +75,8 @@ void AppDelegate::Start_Preparing(const QString& path)
     timerShowWindowProgressModal.stop();
     timerHandleVideoSelected.stop();
     array_Segments.clear();
+    segmentEditor->clearHistory();
+    segmentEditor->notifyChanged();
     s_File_URL = QUrl::fromLocalFile(path);
     s_File_Path = path;
     b_Open_File_Processed = false;
@@ -197,6 +200,8 @@ void AppDelegate::Abandon_Opened_File(bool tellUnreadable)
     i_Orig_Duration_in_Seconds = 0;
     bHasAudio = 0;
     array_Segments.clear();
+    segmentEditor->clearHistory();
+    segmentEditor->notifyChanged();
     // Nothing on screen may belong to a file that is no longer open.
     sCurrentSpectrumFile.clear();
     ViewSpectrumThumbnail->update();

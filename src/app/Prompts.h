@@ -16,8 +16,9 @@ struct Alert_Request {
 // An open, folder or save panel.
 struct Panel_Request {
     QString title;
-    QStringList extensions; // the files shown; empty shows every file
-    QString presetName;     // save panels: the name proposed
+    QStringList extensions;                             // the files shown; empty shows every file
+    QString presetName;                                 // save panels: the name proposed
+    QString filterName = QStringLiteral("Video files"); // what the extensions show
 };
 
 // Every alert, panel and hand-over to the desktop goes through this seam: the application

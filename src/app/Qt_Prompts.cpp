@@ -9,7 +9,7 @@
 
 namespace {
 
-QString nameFilter(const QStringList& extensions)
+QString nameFilter(const QString& name, const QStringList& extensions)
 {
     if (extensions.isEmpty())
         return {};
@@ -22,7 +22,7 @@ QString nameFilter(const QStringList& extensions)
                 c.isLetter() ? QStringLiteral("[%1%2]").arg(c.toLower(), c.toUpper()) : QString(c);
         patterns << pattern;
     }
-    return QStringLiteral("Video files (%1)").arg(patterns.join(u' '));
+    return QStringLiteral("%1 (%2)").arg(name, patterns.join(u' '));
 }
 
 } // namespace
@@ -56,7 +56,7 @@ int Qt_Prompts::showAlert(const Alert_Request& request)
 
 QStringList Qt_Prompts::chooseFiles(const Panel_Request& request, bool multiple)
 {
-    const QString filter = nameFilter(request.extensions);
+    const QString filter = nameFilter(request.filterName, request.extensions);
     QStringList files;
     if (multiple) {
         files = QFileDialog::getOpenFileNames(parent, request.title, s_Last_Folder, filter);
@@ -83,7 +83,8 @@ std::optional<QString> Qt_Prompts::chooseFolder(const Panel_Request& request)
 std::optional<QString> Qt_Prompts::chooseSavePath(const Panel_Request& request)
 {
     const QString proposed = QDir(s_Last_Folder).filePath(request.presetName);
-    const QString path = QFileDialog::getSaveFileName(parent, request.title, proposed);
+    const QString path = QFileDialog::getSaveFileName(
+        parent, request.title, proposed, nameFilter(request.filterName, request.extensions));
     if (path.isEmpty())
         return std::nullopt;
     rememberFolderOf(path);

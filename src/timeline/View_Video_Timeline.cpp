@@ -210,6 +210,7 @@ void View_Video_Timeline::mouseDown(QPointF point)
     movePlayhead(Clamp_Position(X_To_Position(point.x(), f_AudioPlot_Width)));
     for (Object_Segment& segment : session.array_Segments) {
         if (Point_In_Rect(point, segment.rectStart)) {
+            emit segmentGrabbed();
             segment.b_Mouse_Down_Start = true;
             segment.f_Start_To_Left_Limit =
                 session.Return_Left_Limit_From_Start_Position(segment.f_Start);
@@ -217,6 +218,7 @@ void View_Video_Timeline::mouseDown(QPointF point)
             return;
         }
         if (Point_In_Rect(point, segment.rectEnd)) {
+            emit segmentGrabbed();
             segment.b_Mouse_Down_End = true;
             segment.f_End_To_Right_Limit =
                 session.Return_Right_Limit_From_End_Position(segment.f_End);
@@ -252,6 +254,7 @@ void View_Video_Timeline::mouseDragged(QPointF point)
         session.Set_Video_Current_Position(bound);
         session.b_Dont_Load_Thumbnails = true;
         update();
+        emit segmentDragged();
         return;
     }
 }
@@ -261,6 +264,11 @@ void View_Video_Timeline::mouseUp()
     if (session.i_Duration_in_Seconds == 0)
         return;
     b_Mouse_Down_Start = false;
-    for (Object_Segment& segment : session.array_Segments)
+    bool held = false;
+    for (Object_Segment& segment : session.array_Segments) {
+        held = held || segment.b_Mouse_Down_Start || segment.b_Mouse_Down_End;
         segment.b_Mouse_Down_Start = segment.b_Mouse_Down_End = false;
+    }
+    if (held)
+        emit segmentReleased();
 }

@@ -21,6 +21,12 @@ public:
     // The next draw fetches the thumbnails again even if nothing they depend on changed.
     void Forget_Thumbnails() { s_Fetched_For.clear(); }
 
+signals:
+    // A flag was taken, moved, let go: one drag, which the undo history keeps as one step.
+    void segmentGrabbed();
+    void segmentDragged();
+    void segmentReleased();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

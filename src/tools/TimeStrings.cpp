@@ -1,5 +1,7 @@
 #include "tools/TimeStrings.h"
 
+#include <QRegularExpression>
+
 #include <cmath>
 
 namespace {
@@ -74,4 +76,20 @@ std::optional<QString> Duration_Text_From_Report(QStringView report)
         return std::nullopt;
     // " HH:MM:SS.h" as a rule; " N/A, start" for a raw stream, whose fields then read as 0.
     return report.mid(at + marker.size(), length).toString();
+}
+
+std::optional<double> Seconds_From_Typed_Time(QStringView text)
+{
+    static const QRegularExpression shape(
+        QStringLiteral("^\\s*(?:(?:(\\d+):)?(\\d{1,2}):)?(\\d+(?:\\.\\d*)?)\\s*$"));
+    const QRegularExpressionMatch match = shape.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    const double hours = match.capturedView(1).toDouble();
+    const double minutes = match.capturedView(2).toDouble();
+    const double seconds = match.capturedView(3).toDouble();
+    const bool clock = match.capturedLength(2) > 0;
+    if (clock && (seconds >= 60.0 || (match.capturedLength(1) > 0 && minutes >= 60.0)))
+        return std::nullopt;
+    return hours * 3600.0 + minutes * 60.0 + seconds;
 }

@@ -23,3 +23,7 @@ quint64 Return_Seconds_From_VOB_Duration_Str(QStringView clockText);
 
 // The 11 characters after the first "Duration:" of ffmpeg's report; none when it has fewer.
 std::optional<QString> Duration_Text_From_Report(QStringView report);
+
+// Seconds from what a person types: a time string ("00:01:23.456", also "1:23.5") or seconds
+// with a fraction ("83.456"). Nothing for anything else.
+std::optional<double> Seconds_From_Typed_Time(QStringView text);
