@@ -56,6 +56,8 @@ set(CORVANTA_GUI_SOURCES
     src/hotkeys/Arrow_Keys.cpp
     src/hotkeys/X11_Hot_Key_Service.cpp src/hotkeys/X11_Hot_Key_Service.h
     src/player/Player.cpp
+    src/player/Preview_Pipeline.cpp src/player/Preview_Pipeline.h
+    src/player/Preview_Player.cpp src/player/Preview_Player.h
     src/player/Transport.cpp
     src/timeline/Segment_Time_Delegate.cpp src/timeline/Segment_Time_Delegate.h
     src/timeline/Segments.cpp

@@ -6,6 +6,7 @@
 #include "export/Window_Concatenate_Dimension.h"
 #include "export/Window_Export_To_Photos.h"
 #include "export/Window_Order_Concatenate.h"
+#include "player/Preview_Player.h"
 #include "timeline/Segment_Editor.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"
@@ -14,9 +15,7 @@
 #include "tools/Window_Tool_Log.h"
 #include "ui_MainWindow.h"
 
-#include <QAudioOutput>
 #include <QGridLayout>
-#include <QMediaPlayer>
 
 #include <cstdio>
 #include <cstdlib>

@@ -23,9 +23,8 @@ class ImageView_Drop_Files;
 class Segment_Editor;
 class Segment_Table_Model;
 class MainWindow;
-class QAudioOutput;
+class Preview_Player;
 class QLabel;
-class QMediaPlayer;
 class QProgressBar;
 class QPushButton;
 class QSlider;
@@ -228,8 +227,7 @@ public:
     View_Spectrum* ViewSpectrumThumbnail = nullptr;
 
     // The preview player and its controls.
-    std::unique_ptr<QMediaPlayer> player;
-    std::unique_ptr<QAudioOutput> audioOutput;
+    std::unique_ptr<Preview_Player> player;
     bool playerLayer = false; // the current player was given the video view
     QVideoWidget* videoWidget = nullptr;
     QWidget* playerView = nullptr;

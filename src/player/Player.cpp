@@ -1,12 +1,11 @@
 #include "app/AppDelegate.h"
 
+#include "player/Preview_Player.h"
 #include "player/Seeking.h"
 
 #include <QAudioDevice>
-#include <QAudioOutput>
 #include <QLabel>
 #include <QMediaDevices>
-#include <QMediaPlayer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
@@ -18,7 +17,7 @@ namespace {
 
 enum Item_Status { Item_Unknown = 0, Item_Ready = 1, Item_Failed = 2 };
 
-int itemStatusOf(const QMediaPlayer& player)
+int itemStatusOf(const Preview_Player& player)
 {
     if (player.error() != QMediaPlayer::NoError)
         return Item_Failed;
@@ -52,7 +51,6 @@ void AppDelegate::Teardown_Player()
     videoWidget->videoSink()->disconnect(this);
     player->pause();
     player.reset();
-    audioOutput.reset();
     playerLayer = false;
     videoWidget->hide();
 }
@@ -64,19 +62,15 @@ void AppDelegate::SetupVideoPreview()
     playerView->setStyleSheet(QStringLiteral("background: black;"));
     loadingSpinner->show();
 
-    player = std::make_unique<QMediaPlayer>(this);
     // Without a sound device the audio sink would stall loading for ever: play silently.
-    if (!QMediaDevices::audioOutputs().isEmpty()) {
-        audioOutput = std::make_unique<QAudioOutput>();
-        audioOutput->setVolume(static_cast<float>(sliderVolume->value()) / 100.0f);
-        player->setAudioOutput(audioOutput.get());
-    }
+    player = std::make_unique<Preview_Player>(!QMediaDevices::audioOutputs().isEmpty(), this);
+    player->setVolume(static_cast<float>(sliderVolume->value()) / 100.0f);
     i_Item_Status = Item_Unknown;
-    connect(player.get(), &QMediaPlayer::playbackStateChanged, this,
+    connect(player.get(), &Preview_Player::playbackStateChanged, this,
             &AppDelegate::Follow_Playback_State);
-    connect(player.get(), &QMediaPlayer::mediaStatusChanged, this,
+    connect(player.get(), &Preview_Player::mediaStatusChanged, this,
             &AppDelegate::Follow_Item_Status);
-    connect(player.get(), &QMediaPlayer::errorOccurred, this, &AppDelegate::Follow_Item_Status);
+    connect(player.get(), &Preview_Player::errorOccurred, this, &AppDelegate::Follow_Item_Status);
     timerPreviewAnswer.start();
     player->setSource(s_File_URL);
 }
@@ -113,7 +107,7 @@ bool AppDelegate::setUpPlaybackOfAsset()
                 videoWidget->show();
                 videoWidget->videoSink()->setVideoFrame(frame);
             });
-    player->setVideoOutput(videoWidget);
+    player->setVideoSink(videoWidget->videoSink());
     timeObserver.start();
     // A paused player prerolls: the first frame appears without playing.
     player->pause();
@@ -177,13 +171,11 @@ void AppDelegate::setCurrentTime(double seconds)
 
 float AppDelegate::volume() const
 {
-    if (!player)
-        return 0.0f;
-    return audioOutput ? audioOutput->volume() : static_cast<float>(sliderVolume->value()) / 100.0f;
+    return player ? player->volume() : 0.0f;
 }
 
 void AppDelegate::setVolume(float level)
 {
-    if (audioOutput)
-        audioOutput->setVolume(level);
+    if (player)
+        player->setVolume(level);
 }

@@ -1,9 +1,9 @@
 #include "app/AppDelegate.h"
 
+#include "player/Preview_Player.h"
 #include "tools/TimeStrings.h"
 
 #include <QLabel>
-#include <QMediaPlayer>
 #include <QSlider>
 
 void AppDelegate::OnVideoPlay()
@@ -30,8 +30,8 @@ void AppDelegate::OnVideoStop()
 {
     if (!player)
         return;
-    setCurrentTime(0.0);
     player->pause();
+    setCurrentTime(0.0);
     timerVideoPlaying.stop();
     OnChangeVideoPosition();
 }
@@ -48,10 +48,12 @@ void AppDelegate::OnChangeVideoPosition()
     labelCurrentTime->setText(Time_String_From_Position(i_Duration_in_Seconds, f_Current_Position));
 }
 
-// Several requests within 0.1 s end in one seek, to the last position asked for.
+// Several requests within 0.1 s end in one seek, to the last position asked for. The seek
+// leaves the player paused, so the playing routine stops now: it would overwrite the position.
 void AppDelegate::Set_Video_Current_Position(float percent)
 {
     f_Current_Position = percent;
+    timerVideoPlaying.stop();
     timerSetCurrentPosition.start();
 }
 
@@ -59,8 +61,9 @@ void AppDelegate::TimerSetCurrentVideoPositionRoutine()
 {
     if (!player || i_Duration_in_Seconds == 0)
         return;
-    setCurrentTime(Seconds_From_Position(i_Duration_in_Seconds, f_Current_Position));
+    // Paused first, the player prerolls on the frame sought and stays there.
     player->pause();
+    setCurrentTime(Seconds_From_Position(i_Duration_in_Seconds, f_Current_Position));
     labelCurrentTime->setText(Time_String_From_Position(i_Duration_in_Seconds, f_Current_Position));
 }
 

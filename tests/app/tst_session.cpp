@@ -3,6 +3,7 @@
 #include "app/ImageView_Drop_Files.h"
 #include "app/MainWindow.h"
 #include "app/Media_Files.h"
+#include "player/Preview_Player.h"
 #include "tools/Tool_Locator.h"
 #include "tools/Window_Progress.h"
 #include "ui_MainWindow.h"
@@ -264,7 +265,7 @@ void Test_Session_Life::mp4PlaysDirectlyAndGetsItsSoundAndWaveform()
     QVERIFY(session->array_Segments.isEmpty());
     QTRY_COMPARE(session->sCurrentSpectrumFile, session.workFile("Spectrum0001.png"));
     QVERIFY(QFileInfo::exists(session->sCurrentSpectrumFile));
-    QCOMPARE(session->findChildren<QMediaPlayer*>().size(), 1);
+    QCOMPARE(session->findChildren<Preview_Player*>().size(), 1);
     QCOMPARE(session->player->source(), QUrl::fromLocalFile(clip("second.mp4")));
     QVERIFY(session.prompts->alerts.isEmpty());
 }

@@ -1,6 +1,7 @@
 #include "Test_Media.h"
 #include "Test_Session.h"
 #include "app/MainWindow.h"
+#include "player/Preview_Player.h"
 #include "timeline/Timeline_Geometry.h"
 #include "timeline/View_Video_Timeline.h"
 #include "timeline/View_Waveform.h"

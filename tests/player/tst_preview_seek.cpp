@@ -1,0 +1,265 @@
+#include "Test_Media.h"
+#include "Test_Session.h"
+#include "app/MainWindow.h"
+#include "player/Preview_Player.h"
+#include "timeline/View_Video_Timeline.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTest>
+#include <QVideoSink>
+#include <QVideoWidget>
+
+namespace {
+
+constexpr int Frame_Rate = 25;
+constexpr int Side = 48; // frames are compared at Side * 4/3 x Side
+const QSize Compared(Side * 4 / 3, Side);
+
+// Each frame differs from its neighbours: red scrolls sideways, green upwards, blue counts.
+const QStringList Picture = {"-vf", "geq=r='mod(X+8*N\\,320)*255/320':"
+                                    "g='mod(Y+5*N\\,240)*255/240':b='N'"};
+
+enum class Gesture { Click, Click_While_Playing, Drag, Arrow_Key, Stop };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Gesture)
+
+namespace {
+
+// Every frame of a file as ffmpeg decodes it, in order, at the compared size.
+QList<QImage> decodedFrames(const QString& path)
+{
+    QProcess ffmpeg;
+    ffmpeg.setStandardInputFile(QProcess::nullDevice());
+    ffmpeg.start(QStandardPaths::findExecutable(QStringLiteral("ffmpeg")),
+                 {"-loglevel", "error", "-i", path, "-an", "-fps_mode", "passthrough", "-vf",
+                  QStringLiteral("scale=%1:%2").arg(Compared.width()).arg(Compared.height()), "-f",
+                  "rawvideo", "-pix_fmt", "rgb24", "-"});
+    if (!ffmpeg.waitForFinished(60000) || ffmpeg.exitCode() != 0)
+        return {};
+    const QByteArray raw = ffmpeg.readAllStandardOutput();
+    const qsizetype bytes = Compared.width() * Compared.height() * 3;
+    QList<QImage> frames;
+    for (qsizetype at = 0; at + bytes <= raw.size(); at += bytes)
+        frames << QImage(reinterpret_cast<const uchar*>(raw.constData() + at), Compared.width(),
+                         Compared.height(), Compared.width() * 3, QImage::Format_RGB888)
+                      .copy();
+    return frames;
+}
+
+double meanDifference(const QImage& a, const QImage& b)
+{
+    qint64 sum = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        const uchar* p = a.constScanLine(y);
+        const uchar* q = b.constScanLine(y);
+        for (int x = 0; x < a.width() * 3; ++x)
+            sum += qAbs(p[x] - q[x]);
+    }
+    return static_cast<double>(sum) / (a.width() * a.height() * 3);
+}
+
+struct Match {
+    int index = -1;
+    double difference = 256.0;
+};
+
+// The source frame the picture resembles most.
+Match nearestFrame(const QImage& picture, const QList<QImage>& frames)
+{
+    const QImage shown = picture.convertToFormat(QImage::Format_RGB888)
+                             .scaled(Compared, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    Match best;
+    for (int i = 0; i < frames.size(); ++i) {
+        const double difference = meanDifference(shown, frames.at(i));
+        if (difference < best.difference)
+            best = {i, difference};
+    }
+    return best;
+}
+
+// The frame's stream time includes the millisecond asked for.
+bool covers(const QVideoFrame& frame, qint64 milliseconds)
+{
+    const qint64 at = milliseconds * 1000;
+    return frame.isValid() && frame.startTime() >= 0 && frame.startTime() <= at &&
+           (frame.endTime() < 0 || at < frame.endTime());
+}
+
+} // namespace
+
+class Test_Preview_Seek : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void previewShowsTheFrameAtTheSecondAskedFor_data();
+    void previewShowsTheFrameAtTheSecondAskedFor();
+
+private:
+    AppDelegate* sessionFor(const QString& clip);
+    void playForAWhile(AppDelegate& s);
+
+    QTemporaryDir clips;
+    QHash<QString, QList<QImage>> sourceFrames;
+    std::unique_ptr<Test_Session> session;
+    QString sessionClip;
+};
+
+void Test_Preview_Seek::initTestCase()
+{
+    // The MP4 plays as it is; the WMV is converted into an MPEG-2 working copy first.
+    Test_Media::Clip mp4;
+    mp4.seconds = 10.0;
+    mp4.picture = QStringLiteral("nullsrc");
+    mp4.codecArguments = Picture + mp4.codecArguments;
+    Test_Media::Clip wmv = mp4;
+    wmv.codecArguments = Picture;
+    QVERIFY(Test_Media::makeClip(clips.filePath("ten.mp4"), mp4));
+    QVERIFY(Test_Media::makeClip(clips.filePath("ten.wmv"), wmv));
+    for (const QString& name : QStringList{"ten.mp4", "ten.wmv"}) {
+        sourceFrames[name] = decodedFrames(clips.filePath(name));
+        QVERIFY2(sourceFrames[name].size() >= 10 * Frame_Rate, qPrintable(name));
+    }
+}
+
+void Test_Preview_Seek::cleanupTestCase()
+{
+    session.reset();
+}
+
+AppDelegate* Test_Preview_Seek::sessionFor(const QString& clip)
+{
+    if (sessionClip != clip) {
+        session.reset();
+        sessionClip.clear();
+        session = std::make_unique<Test_Session>();
+        if (session->openAndWait(clips.filePath(clip)) != std::optional<bool>(true))
+            return nullptr;
+        sessionClip = clip;
+    }
+    return &**session;
+}
+
+void Test_Preview_Seek::playForAWhile(AppDelegate& s)
+{
+    s.OnVideoPlay();
+    QTRY_COMPARE(s.player->playbackState(), QMediaPlayer::PlayingState);
+    QTRY_VERIFY(s.player->position() >= 600);
+}
+
+void Test_Preview_Seek::previewShowsTheFrameAtTheSecondAskedFor_data()
+{
+    QTest::addColumn<QString>("clip");
+    QTest::addColumn<Gesture>("gesture");
+    QTest::addColumn<double>("at"); // seconds where the gesture ends; the seek rounds them
+    for (const QString& clip : QStringList{"ten.mp4", "ten.wmv"}) {
+        const auto row = [&](const char* name) -> QTestData& {
+            return QTest::addRow("%s %s", qPrintable(clip), name) << clip;
+        };
+        row("click at 7.6 s") << Gesture::Click << 7.6;
+        row("click at 2.3 s") << Gesture::Click << 2.3;
+        row("click while playing") << Gesture::Click_While_Playing << 4.1;
+        row("drag the playhead") << Gesture::Drag << 6.1;
+        row("arrow key") << Gesture::Arrow_Key << 7.0;
+        row("stop") << Gesture::Stop << 0.0;
+    }
+}
+
+void Test_Preview_Seek::previewShowsTheFrameAtTheSecondAskedFor()
+{
+    QFETCH(QString, clip);
+    QFETCH(Gesture, gesture);
+    QFETCH(double, at);
+    const int second = qRound(at);
+    AppDelegate* const opened = sessionFor(clip);
+    QVERIFY(opened);
+    AppDelegate& s = *opened;
+    QTRY_VERIFY(s.videoWidget->isVisible());
+    QVERIFY(s.i_Duration_in_Seconds >= 9);
+    const auto percent =
+        static_cast<float>(100.0 * at / static_cast<double>(s.i_Duration_in_Seconds));
+
+    View_Video_Timeline* const view = s.viewTimeline;
+    view->repaint();
+    const auto xOf = [&](float position) {
+        return qRound(position / 100.0f * view->width());
+    };
+    const int belowTheKnob = view->height() - 5;
+    QElapsedTimer sinceSeek;
+    QSignalSpy seeks(&s, &AppDelegate::seekRequested);
+    const QObject scope;
+    connect(&s, &AppDelegate::seekRequested, &scope, [&] { sinceSeek.start(); });
+
+    switch (gesture) {
+    case Gesture::Click_While_Playing:
+        playForAWhile(s);
+        seeks.clear();
+        [[fallthrough]];
+    case Gesture::Click:
+        QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(xOf(percent), belowTheKnob));
+        break;
+    case Gesture::Drag: {
+        const QPoint knob(xOf(s.f_Timeline_Position), 5);
+        const QPoint end(xOf(percent), 5);
+        QTest::mousePress(view, Qt::LeftButton, {}, knob);
+        for (const QPoint& to : {(knob + end) / 2, end}) {
+            QMouseEvent move(QEvent::MouseMove, to, view->mapToGlobal(to), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(view, &move);
+        }
+        QTest::mouseRelease(view, Qt::LeftButton, {}, end);
+        QVERIFY(qAbs(s.f_Timeline_Position - percent) < 0.5f);
+        break;
+    }
+    case Gesture::Arrow_Key:
+        s.f_Timeline_Position = percent - 2.0f; // a step is 2 %
+        s.window->activateWindow();
+        QTest::keyClick(s.window, Qt::Key_Right);
+        break;
+    case Gesture::Stop:
+        playForAWhile(s);
+        seeks.clear();
+        QTest::mouseClick(s.buttonVideoStop, Qt::LeftButton);
+        break;
+    }
+
+    // One deferred seek, to the whole second the gesture stands for.
+    QTRY_COMPARE(seeks.size(), 1);
+    const qint64 target = second * 1000;
+    QCOMPARE(seeks.first().first().toLongLong(), target);
+    QVideoSink* const sink = s.videoWidget->videoSink();
+    const auto shownTimes = [&] {
+        return QStringLiteral("the frame shown runs from %1 to %2 us")
+            .arg(sink->videoFrame().startTime())
+            .arg(sink->videoFrame().endTime());
+    };
+    QTRY_VERIFY2_WITH_TIMEOUT(covers(sink->videoFrame(), target), qPrintable(shownTimes()), 10000);
+    qInfo("%s: the frame at %d s arrived %lld ms after the seek", QTest::currentDataTag(), second,
+          sinceSeek.elapsed());
+
+    // The preview stays on that frame, paused, and it is the source's frame at that second as
+    // ffmpeg finds it, or its neighbour: frames are told apart by which of the source's frames
+    // they resemble most.
+    QTest::qWait(300);
+    QCOMPARE(s.player->playbackState(), QMediaPlayer::PausedState);
+    QVERIFY(!s.timerVideoPlaying.isActive()); // it would overwrite the next position asked for
+    QVERIFY(covers(sink->videoFrame(), target));
+    const Match expected =
+        nearestFrame(Test_Media::frameAt(clips.filePath(clip), second), sourceFrames[clip]);
+    QVERIFY2(expected.difference < 4.0, "ffmpeg's frame is none of the decoded frames");
+    const Match shown = nearestFrame(sink->videoFrame().toImage(), sourceFrames[clip]);
+    QVERIFY2(qAbs(shown.index - expected.index) <= 1 && shown.difference < 12.0,
+             qPrintable(QStringLiteral("frame %1 asked for, frame %2 shown (difference %3)")
+                            .arg(expected.index)
+                            .arg(shown.index)
+                            .arg(shown.difference)));
+}
+
+QTEST_MAIN(Test_Preview_Seek)
+#include "tst_preview_seek.moc"
