@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -65,17 +66,17 @@ int main(int argc, char* argv[])
     Paint_Watch watch;
     watch.clock = &clock;
     session.viewTimeline->installEventFilter(&watch);
-    qint64 longestAnswer = 0;
+    QList<qint64> answers;
     int clicks = 0;
     qint64 pendingDue = -1;
     QTimer clicker;
     clicker.setInterval(300);
-    const qint64 firstDue = 1000;
+    qint64 firstDue = 0; // clicks start once the file is ready: before, they do nothing
     QObject::connect(&clicker, &QTimer::timeout, [&] {
         // Each click is due 300 ms after the last; a late timer counts against the window.
         const qint64 due = firstDue + 300 * clicks;
         if (pendingDue >= 0 && watch.lastPaint >= pendingDue)
-            longestAnswer = std::max(longestAnswer, watch.lastPaint - pendingDue);
+            answers.append(watch.lastPaint - pendingDue);
         View_Video_Timeline* timeline = session.viewTimeline;
         const QPointF at(timeline->width() * (0.1 + 0.8 * ((clicks * 37) % 100) / 100.0),
                          timeline->height() / 2.0);
@@ -88,14 +89,20 @@ int main(int argc, char* argv[])
         pendingDue = due;
         ++clicks;
     });
-    QTimer::singleShot(firstDue, [&] { clicker.start(); });
+    QObject::connect(&session, &AppDelegate::preparationFinished, [&] {
+        firstDue = clock.elapsed() + 300;
+        clicker.start();
+    });
     QTimer::singleShot(0, [&] { session.Open_When_Idle(clip); });
-    QTimer::singleShot(seconds * 1000, &application, &QApplication::quit);
-    QApplication::exec();
-
-    std::printf("%s: %d clicks in %d s; longest stall %lld ms; longest click to playhead %lld ms "
-                "(goal: both at most 50 ms)\n",
-                qUtf8Printable(clip), clicks, seconds, longestStall, longestAnswer);
-    std::fflush(stdout);
-    session.exitProcess(0);
+    // Reported from the event loop itself: a nested wait (a long tool run) may be under way.
+    QTimer::singleShot(seconds * 1000, [&] {
+        std::sort(answers.begin(), answers.end());
+        const qint64 median = answers.isEmpty() ? -1 : answers.at(answers.size() / 2);
+        const qint64 longest = answers.isEmpty() ? -1 : answers.constLast();
+        std::printf("%s: %d clicks in %d s; longest stall %lld ms; click to playhead: median "
+                    "%lld ms, longest %lld ms (goal: stall and longest at most 50 ms)\n",
+                    qUtf8Printable(clip), clicks, seconds, longestStall, median, longest);
+        session.exitProcess(0);
+    });
+    return QApplication::exec();
 }
