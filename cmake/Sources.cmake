@@ -10,6 +10,7 @@ set(CORVANTA_CORE_SOURCES
     src/hotkeys/Hot_Key_Registry.cpp src/hotkeys/Hot_Key_Registry.h
     src/hotkeys/Object_Shortcut.cpp src/hotkeys/Object_Shortcut.h
     src/export/Image_Export.cpp src/export/Image_Export.h
+    src/export/Segment_Cutter.cpp src/export/Segment_Cutter.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Cut_List.cpp src/timeline/Cut_List.h
     src/timeline/Object_Segment.h

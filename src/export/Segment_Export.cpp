@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
-#include "export/Export_Arguments.h"
-#include "tools/Progress.h"
+#include "export/Segment_Cutter.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -22,40 +21,38 @@ bool AppDelegate::Segments_Ready_For_Export()
     return true;
 }
 
+namespace {
+
+// The session's file, segments and work folder, cut under the progress sheet.
+Segment_Cutter Session_Cutter(AppDelegate& session)
+{
+    return Segment_Cutter({session.sVideoFile, session.i_Duration_in_Seconds,
+                           session.array_Segments, session.bHasAudio != 0, session.s_Output_Folder},
+                          [&session](const Segment_Cut_Run& run) {
+                              if (run.setsBases) {
+                                  session.u_Duration_Segment_in_Seconds = run.segmentBase;
+                                  session.u_Duration_All_Segments_in_Seconds = run.allSegmentsBase;
+                              }
+                              session.Set_Step(run.step, run.stepSeconds);
+                              return session.Run_Tool_With_Progress(
+                                  session.sffmpegPath, run.arguments, run.progressType);
+                          });
+}
+
+} // namespace
+
 // Cuts each segment, in list order, into "segment_<n>.mp4" in the work folder, numbered from
 // firstNumber. False when ffmpeg could not be run (the person has been told).
 bool AppDelegate::Cut_Segments(int firstNumber, quint64 type)
 {
     u_Duration_All_Segments_in_Seconds = 0;
-    for (qsizetype i = 0; i < array_Segments.size(); ++i) {
-        const Segment_Cut cut = Segment_Cut_Times(i_Duration_in_Seconds, array_Segments.at(i));
-        u_Duration_Segment_in_Seconds = cut.progressBase;
-        u_Duration_All_Segments_in_Seconds += cut.progressBase;
-        const QString piece =
-            Segment_Video_Path(s_Output_Folder, firstNumber + static_cast<int>(i));
-        QFile::remove(piece);
-        Set_Step(QStringLiteral("Cutting segment %1 of %2").arg(i + 1).arg(array_Segments.size()),
-                 Segment_Seconds(i_Duration_in_Seconds, array_Segments.at(i)));
-        if (!Run_Tool_With_Progress(sffmpegPath, Cut_Arguments(sVideoFile, cut, piece), type))
-            return false;
-    }
-    return true;
+    return Session_Cutter(*this).cut(firstNumber, type);
 }
 
 // Joins the trim's pieces into "output.mp4"; its end closes the progress sheet.
 bool AppDelegate::Join_Trimmed_Segments()
 {
-    QStringList pieces;
-    for (qsizetype i = 0; i < array_Segments.size(); ++i)
-        pieces << Segment_Video_Path(s_Output_Folder, static_cast<int>(i));
-    const QString joined = Trim_Video_Path(s_Output_Folder);
-    QFile::remove(joined);
-    double seconds = 0.0;
-    for (const Object_Segment& segment : array_Segments)
-        seconds += Segment_Seconds(i_Duration_in_Seconds, segment);
-    Set_Step(QStringLiteral("Joining"), seconds);
-    return Run_Tool_With_Progress(sffmpegPath, Join_Arguments(pieces, bHasAudio != 0, joined),
-                                  Progress_Trim_Join);
+    return Session_Cutter(*this).join();
 }
 
 // Offers to save a finished file; the move never replaces a file already at the chosen path.
