@@ -1,5 +1,6 @@
 # Sources of the two libraries; the target, not the folder, decides what links widgets.
 set(CORVANTA_CORE_SOURCES
+    src/app/Batch_Cut.cpp src/app/Batch_Cut.h
     src/app/Command_Gate.cpp src/app/Command_Gate.h
     src/app/Command_Line.cpp src/app/Command_Line.h
     src/app/Help_Pages.cpp src/app/Help_Pages.h

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/Batch_Cut.h"
 #include "app/Command_Line.h"
 #include "app/Help_Pages.h"
 #include "app/Qt_Translations.h"
@@ -11,23 +12,44 @@
 
 #include <cstdio>
 
+namespace {
+
+Command_Line Read_Command_Line()
+{
+    return Parse_Command_Line(
+        QCoreApplication::arguments(),
+        Help_Page_Url(QStringLiteral("guide.html"), QCoreApplication::applicationDirPath())
+            .toLocalFile());
+}
+
+// Prints the help, the version or a mistake; the status to end with.
+int Answer(const Command_Line& command)
+{
+    std::fputs(qUtf8Printable(command.output), stdout);
+    std::fputs(qUtf8Printable(command.errors), stderr);
+    return command.exitStatus;
+}
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
+    // Cutting without a window needs no display: it is known before a QApplication connects.
+    if (Asks_For_Batch_Cut(argc, argv)) {
+        QCoreApplication application(argc, argv);
+        const Command_Line command = Read_Command_Line();
+        return command.batchCut ? Run_Batch_Cut(*command.batchCut) : Answer(command);
+    }
+
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvanta"));
     QApplication::setApplicationVersion(Corvanta_Version());
     QApplication::setDesktopFileName(QStringLiteral(CORVANTA_APP_ID));
 
     // --help, --version and mistakes end here, before any window.
-    const Command_Line command = Parse_Command_Line(
-        QApplication::arguments(),
-        Help_Page_Url(QStringLiteral("guide.html"), QApplication::applicationDirPath())
-            .toLocalFile());
-    if (!command.startWindow) {
-        std::fputs(qUtf8Printable(command.output), stdout);
-        std::fputs(qUtf8Printable(command.errors), stderr);
-        return command.exitStatus;
-    }
+    const Command_Line command = Read_Command_Line();
+    if (!command.startWindow)
+        return Answer(command);
     const QString file = command.file;
     Install_Qt_Translations(QLocale::system());
 

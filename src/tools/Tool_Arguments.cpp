@@ -7,6 +7,17 @@ QStringList Probe_Arguments(const QString& media)
     return {QStringLiteral("-i"), media};
 }
 
+QStringList Stream_Types_Arguments(const QString& media)
+{
+    return {QStringLiteral("-v"),
+            QStringLiteral("quiet"),
+            QStringLiteral("-show_entries"),
+            QStringLiteral("stream=codec_type"),
+            QStringLiteral("-of"),
+            QStringLiteral("json"),
+            media};
+}
+
 QStringList Dvd_Form_Options()
 {
     return {QStringLiteral("-target"), QStringLiteral("ntsc-dvd"), QStringLiteral("-acodec"),

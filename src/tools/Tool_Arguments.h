@@ -7,6 +7,9 @@
 
 QStringList Probe_Arguments(const QString& media);
 
+// For ffprobe: the type of each stream of a file as JSON, {"streams": [{"codec_type": ...}]}.
+QStringList Stream_Types_Arguments(const QString& media);
+
 // The options that make an MPEG-2 program stream of DVD form with AC-3 stereo sound.
 QStringList Dvd_Form_Options();
 
