@@ -117,6 +117,7 @@ void MainWindow::Show_Busy(bool busy)
     arrowLeft->setEnabled(!busy);
     arrowRight->setEnabled(!busy);
     centralWidget()->setEnabled(!busy);
+    form->dockSegments->widget()->setEnabled(!busy);
     busyLabel->setText(
         busy ? QStringLiteral("Working: other commands wait until this one has finished.")
              : QString());
