@@ -11,6 +11,7 @@ set(CORVANTA_CORE_SOURCES
     src/hotkeys/Hot_Key_Registry.cpp src/hotkeys/Hot_Key_Registry.h
     src/hotkeys/Object_Shortcut.cpp src/hotkeys/Object_Shortcut.h
     src/export/Image_Export.cpp src/export/Image_Export.h
+    src/export/Join_Planner.cpp src/export/Join_Planner.h
     src/export/Segment_Cutter.cpp src/export/Segment_Cutter.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Cut_List.cpp src/timeline/Cut_List.h
@@ -20,6 +21,7 @@ set(CORVANTA_CORE_SOURCES
     src/timeline/Segment_Table_Model.cpp src/timeline/Segment_Table_Model.h
     src/timeline/Timeline_Geometry.cpp src/timeline/Timeline_Geometry.h
     src/timeline/Timeline_Style.h
+    src/tools/Media_Probe.cpp src/tools/Media_Probe.h
     src/tools/Progress.cpp src/tools/Progress.h
     src/tools/TimeStrings.cpp src/tools/TimeStrings.h
     src/tools/Tool_Arguments.cpp src/tools/Tool_Arguments.h
@@ -33,6 +35,7 @@ set(CORVANTA_GUI_SOURCES
     resources/MainWindow.ui
     resources/Window_Concatenate_Dimension.ui
     resources/Window_Export_To_Photos.ui
+    resources/Window_Join_Files.ui
     resources/Window_Order_Concatenate.ui
     resources/Window_Progress.ui
     resources/Window_Tool_Log.ui
@@ -48,12 +51,14 @@ set(CORVANTA_GUI_SOURCES
     src/app/StartUp.cpp
     src/app/Tool_Runs.cpp
     src/export/Concatenate.cpp
+    src/export/Join_Files.cpp
     src/export/Photos.cpp
     src/export/Segment_Export.cpp
     src/export/Slice.cpp
     src/export/Trim.cpp
     src/export/Window_Concatenate_Dimension.cpp src/export/Window_Concatenate_Dimension.h
     src/export/Window_Export_To_Photos.cpp src/export/Window_Export_To_Photos.h
+    src/export/Window_Join_Files.cpp src/export/Window_Join_Files.h
     src/export/Window_Order_Concatenate.cpp src/export/Window_Order_Concatenate.h
     src/hotkeys/Arrow_Keys.cpp
     src/hotkeys/X11_Hot_Key_Service.cpp src/hotkeys/X11_Hot_Key_Service.h

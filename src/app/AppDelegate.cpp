@@ -5,6 +5,7 @@
 #include "app/Qt_Prompts.h"
 #include "export/Window_Concatenate_Dimension.h"
 #include "export/Window_Export_To_Photos.h"
+#include "export/Window_Join_Files.h"
 #include "export/Window_Order_Concatenate.h"
 #include "player/Preview_Player.h"
 #include "timeline/Segment_Editor.h"
@@ -114,6 +115,7 @@ AppDelegate::~AppDelegate()
     window_Concatenate_Dimension.reset();
     p_Window_Order_Concatenate.reset();
     p_Window_Export_To_Photos.reset();
+    p_Window_Join_Files.reset();
     Unregister_Arrow_Hot_Keys();
     Teardown_Player();
 }

@@ -33,6 +33,7 @@ class View_Spectrum;
 class View_Video_Timeline;
 class Window_Concatenate_Dimension;
 class Window_Export_To_Photos;
+class Window_Join_Files;
 class Window_Order_Concatenate;
 class Window_Progress;
 class Window_Tool_Log;
@@ -152,6 +153,9 @@ public:
     void Cancel_Window_Concatenate();
     void Concatenate_Array_MPG_To_One_File_And_Set_It_For_Edition();
 
+    // Joining any files, losslessly where they match (export/Join_Files.cpp).
+    void OnMenuFileJoinFiles();
+
     // Image exports (export/Photos.cpp).
     void OnToolbarPhoto();
     std::optional<QString> Generate_Thumbnail_for_Photo(const QString& timeString);
@@ -260,6 +264,7 @@ public:
     QString s_Concatenate_Resolution;
     std::unique_ptr<Window_Order_Concatenate> p_Window_Order_Concatenate;
     std::unique_ptr<Window_Concatenate_Dimension> window_Concatenate_Dimension;
+    std::unique_ptr<Window_Join_Files> p_Window_Join_Files;
 
     // Child processes and progress.
     bool terminated = false;

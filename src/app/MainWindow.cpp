@@ -93,6 +93,8 @@ void MainWindow::wireActions()
          &AppDelegate::OnToolbarSplitAudio);
     wire(form->actionConcatenate, QKeySequence(Qt::CTRL | Qt::Key_J),
          &AppDelegate::OnToolbarConcatenate);
+    wire(form->actionJoinFiles, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J),
+         &AppDelegate::OnMenuFileJoinFiles);
     wire(form->actionPhoto, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
          &AppDelegate::OnToolbarPhoto);
     wire(form->actionExportToPhotos, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
