@@ -4,7 +4,7 @@
 #include "app/Media_Files.h"
 #include "tools/Progress.h"
 #include "tools/TimeStrings.h"
-#include "tools/Tool_Process.h"
+#include "tools/Tool_Runner.h"
 #include "ui_Window_Join_Files.h"
 
 #include <QCloseEvent>
@@ -82,7 +82,7 @@ Window_Join_Files::Window_Join_Files(AppDelegate& delegate, QWidget* parent)
     connect(ui->buttonUp, &QPushButton::clicked, this, &Window_Join_Files::OnUp);
     connect(ui->buttonDown, &QPushButton::clicked, this, &Window_Join_Files::OnDown);
     connect(ui->buttonJoin, &QPushButton::clicked, this, &Window_Join_Files::OnJoin);
-    connect(ui->buttonClose, &QPushButton::clicked, this, &Window_Join_Files::close);
+    connect(ui->buttonClose, &QPushButton::clicked, this, &Window_Join_Files::reject);
     connect(ui->comboSize, &QComboBox::currentIndexChanged, this, &Window_Join_Files::Update_Plan);
     connect(ui->comboRate, &QComboBox::currentIndexChanged, this, &Window_Join_Files::Update_Plan);
     // Rows moved by dragging arrive as rows removed and inserted.
@@ -222,10 +222,12 @@ void Window_Join_Files::Update_Plan()
 void Window_Join_Files::setJoining(bool joining)
 {
     b_Joining = joining;
-    const QList<QWidget*> controls = {ui->treeFiles, ui->buttonAdd,  ui->buttonRemove,
-                                      ui->buttonUp,  ui->buttonDown, ui->buttonClose};
+    const QList<QWidget*> controls = {ui->treeFiles, ui->buttonAdd, ui->buttonRemove, ui->buttonUp,
+                                      ui->buttonDown};
     for (QWidget* control : controls)
         control->setEnabled(!joining);
+    // While the files are joined, Close (and Escape) cancels the join.
+    ui->buttonClose->setText(joining ? QStringLiteral("Cancel") : QStringLiteral("Close"));
     Update_Plan();
 }
 
@@ -287,30 +289,33 @@ bool Window_Join_Files::Run_Join(const Join_Planner& plan, const QString& output
     ui->progressBar->setValue(0);
     const double total = plan.totalSeconds();
     const QStringList arguments = plan.arguments(listPath, output);
-    Tool_Process process;
-    connect(&process, &Tool_Process::standardErrorData, this,
-            [this, total](const QByteArray& chunk) {
-                if (const std::optional<double> done =
-                        Join_Planner::progressSeconds(QString::fromUtf8(chunk)))
-                    ui->progressBar->setValue(
-                        Progress_Bar_Value(static_cast<float>(*done * 100.0 / total)));
-            });
-    emit session.toolStarted(session.sffmpegPath, arguments);
-    process.start(session.sffmpegPath, arguments, Tool_Process::Output::Separate);
-    process.waitForEnd();
+    // The session's runner: the run is in the Tool Log, and Cancel ends it.
+    const QMetaObject::Connection progress =
+        connect(&session.toolRunner, &Tool_Runner::standardErrorData, this,
+                [this, total](const QByteArray& chunk) {
+                    if (const std::optional<double> done =
+                            Join_Planner::progressSeconds(QString::fromUtf8(chunk)))
+                        ui->progressBar->setValue(
+                            Progress_Bar_Value(static_cast<float>(*done * 100.0 / total)));
+                });
+    session.Set_Step(QStringLiteral("Joining files"));
+    const Tool_Result result = session.toolRunner.run(session.sffmpegPath, arguments);
+    disconnect(progress);
 
-    if (process.failedToStart()) {
+    if (!result.started) {
         session.Report_Tool_Not_Started(session.sffmpegPath);
         return false;
     }
-    if (process.exitCode() != 0) {
+    if (result.cancelled || result.killed || result.exitCode != 0) {
         QFile::remove(output);
         ui->progressBar->setValue(0);
-        session.prompts().showAlert({QStringLiteral("The files could not be joined"),
-                                     QStringLiteral("ffmpeg stopped with status %1: %2")
-                                         .arg(process.exitCode())
-                                         .arg(lastWords(process.errorTail())),
-                                     {QStringLiteral("OK")}});
+        if (!result.cancelled)
+            session.prompts().showAlert(
+                {QStringLiteral("The files could not be joined"),
+                 QStringLiteral("ffmpeg stopped with status %1: %2")
+                     .arg(result.exitCode)
+                     .arg(lastWords(session.toolRunner.log().newest().errorTail)),
+                 {QStringLiteral("OK")}});
         return false;
     }
     ui->progressBar->setValue(100);
@@ -334,16 +339,20 @@ void Window_Join_Files::Tell_Joined(const QString& output)
 
 void Window_Join_Files::reject()
 {
-    if (!b_Joining)
+    if (b_Joining)
+        session.toolRunner.cancel();
+    else
         QDialog::reject();
 }
 
 void Window_Join_Files::closeEvent(QCloseEvent* event)
 {
-    if (b_Joining)
-        event->ignore();
-    else
+    if (!b_Joining) {
         QDialog::closeEvent(event);
+        return;
+    }
+    event->ignore();
+    session.toolRunner.cancel();
 }
 
 // Files dropped from elsewhere are added; rows dragged within the list move.
