@@ -13,6 +13,8 @@ set(CORVANTA_CORE_SOURCES
     src/export/Image_Export.cpp src/export/Image_Export.h
     src/export/Join_Planner.cpp src/export/Join_Planner.h
     src/export/Segment_Cutter.cpp src/export/Segment_Cutter.h
+    src/player/Frame_Index.cpp src/player/Frame_Index.h
+    src/player/Frame_Probe.cpp src/player/Frame_Probe.h
     src/player/Seeking.cpp src/player/Seeking.h
     src/timeline/Cut_List.cpp src/timeline/Cut_List.h
     src/timeline/Object_Segment.h
@@ -62,6 +64,7 @@ set(CORVANTA_GUI_SOURCES
     src/export/Window_Order_Concatenate.cpp src/export/Window_Order_Concatenate.h
     src/hotkeys/Arrow_Keys.cpp
     src/hotkeys/X11_Hot_Key_Service.cpp src/hotkeys/X11_Hot_Key_Service.h
+    src/player/Frame_Stepping.cpp
     src/player/Player.cpp
     src/player/Preview_Pipeline.cpp src/player/Preview_Pipeline.h
     src/player/Preview_Player.cpp src/player/Preview_Player.h

@@ -1,6 +1,7 @@
 #include "app/Media_Files.h"
 #include "export/Export_Arguments.h"
 #include "export/Image_Export.h"
+#include "player/Frame_Index.h"
 #include "player/Seeking.h"
 #include "timeline/Segment_List.h"
 #include "timeline/Timeline_Geometry.h"
@@ -45,6 +46,8 @@ private slots:
     void dragLimits_data();
     void dragLimits();
     void smallerRules();
+    void frameSteps_data();
+    void frameSteps();
 };
 
 // Texts read from ffmpeg, or written for it and the person: the row's name says which reading.
@@ -228,3 +231,49 @@ void Test_Rules::smallerRules()
 
 QTEST_APPLESS_MAIN(Test_Rules)
 #include "tst_rules.moc"
+
+// Frame times from ffprobe's packets (decode order, a container starting at 0.5 s), the step
+// from a time to the next or previous frame or keyframe, and the position that shows its time.
+void Test_Rules::frameSteps_data()
+{
+    QTest::addColumn<QString>("step");
+    QTest::addColumn<double>("from");
+    QTest::addColumn<double>("to");     // -1: none
+    QTest::addColumn<QString>("label"); // the time shown at its position in a 10 s file
+    QTest::newRow("next from a frame") << "next" << 0.04 << 0.08 << "00:00:00.080";
+    QTest::newRow("next from a millisecond before") << "next" << 0.0399 << 0.08 << "00:00:00.080";
+    QTest::newRow("next from between frames") << "next" << 0.05 << 0.08 << "00:00:00.080";
+    QTest::newRow("next at the end") << "next" << 0.12 << -1.0 << "";
+    QTest::newRow("previous from a frame") << "previous" << 0.08 << 0.04 << "00:00:00.040";
+    QTest::newRow("previous from between frames") << "previous" << 0.05 << 0.0 << "00:00:00.000";
+    QTest::newRow("previous at the start") << "previous" << 0.0 << -1.0 << "";
+    QTest::newRow("next keyframe") << "nextKey" << 0.0 << 0.08 << "00:00:00.080";
+    QTest::newRow("previous keyframe") << "previousKey" << 0.12 << 0.08 << "00:00:00.080";
+    QTest::newRow("previous keyframe from one") << "previousKey" << 0.08 << 0.0 << "00:00:00.000";
+    QTest::newRow("no next keyframe") << "nextKey" << 0.08 << -1.0 << "";
+}
+
+void Test_Rules::frameSteps()
+{
+    QFETCH(QString, step);
+    QFETCH(double, from);
+    QFETCH(double, to);
+    QFETCH(QString, label);
+    const QByteArray json = R"({"packets": [
+        {"pts_time": "0.500000", "flags": "K_"}, {"pts_time": "0.620000", "flags": "__"},
+        {"pts_time": "0.540000", "flags": "__"}, {"pts_time": "0.580000", "flags": "K_"},
+        {"pts_time": "N/A", "flags": "__"}], "format": {"start_time": "0.500000"}})";
+    const std::optional<Frame_Index> index = Frame_Index::fromJson(json);
+    QVERIFY(index);
+    const std::optional<double> found = step == "next"       ? index->next(from)
+                                        : step == "previous" ? index->previous(from)
+                                        : step == "nextKey"  ? index->nextKeyframe(from)
+                                                             : index->previousKeyframe(from);
+    QCOMPARE(found.value_or(-1.0), to);
+    if (found) {
+        QCOMPARE(Time_String_From_Position(10, Position_At_Seconds(10, *found)), label);
+        QCOMPARE(Time_String_From_Position(3725, Position_At_Seconds(3725, 3600 + *found)),
+                 "01:00:0" + label.mid(7));
+    }
+    QVERIFY(!Frame_Index::fromJson(R"({"packets": []})"));
+}

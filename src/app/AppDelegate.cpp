@@ -89,6 +89,7 @@ AppDelegate::AppDelegate(QObject* parent)
     connect(&timerVideoPlaying, &QTimer::timeout, this, &AppDelegate::TimerVideoPlayingRoutine);
 
     Wire_Segment_Editing();
+    Wire_Frame_Steps();
     connect(&commandGate, &Command_Gate::deferredOpenReady, this, &AppDelegate::Open_When_Idle);
     connect(&commandGate, &Command_Gate::busyChanged, this, [this](bool busy) {
         if (busy)

@@ -19,6 +19,7 @@
 #include <memory>
 #include <optional>
 
+class Frame_Probe;
 class ImageView_Drop_Files;
 class Segment_Editor;
 class Segment_Table_Model;
@@ -112,6 +113,9 @@ public:
     void TimerVideoPlayingRoutine();
     void TimerKeyLeftRoutine();
     void TimerKeyRightRoutine();
+
+    // Frame and keyframe steps (player/Frame_Stepping.cpp).
+    void Show_Exact_Time(double seconds);
 
     // The segment list, its undo history and cut lists (app/Segment_Editing.cpp).
     void Record_Segment_Change(const QString& text, void (AppDelegate::*command)());
@@ -245,6 +249,7 @@ public:
     QPushButton* buttonVideoPause = nullptr;
     QPushButton* buttonVideoStop = nullptr;
     QLabel* labelCurrentTime = nullptr;
+    Frame_Probe* frameProbe = nullptr; // the frame and keyframe times of the working copy
 
     // Timers; each is one-shot and restarting it replaces a pending one.
     QTimer timerHandleVideoSelected;
@@ -301,6 +306,7 @@ private:
     void Abandon_Opened_File(bool tellUnreadable);
     void End_Preparation(bool ready);
     void Wire_Segment_Editing();
+    void Wire_Frame_Steps();
     void Show_Selected_Segment();
     void Finish_Cancelled_Command();
     void Tell_Tool_Failed(const Tool_Run& run);

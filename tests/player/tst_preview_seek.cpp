@@ -1,3 +1,4 @@
+#include "Frame_Matching.h"
 #include "Test_Media.h"
 #include "Test_Session.h"
 #include "app/MainWindow.h"
@@ -5,10 +6,8 @@
 #include "timeline/View_Video_Timeline.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 #include <QVideoSink>
 #include <QVideoWidget>
@@ -16,12 +15,6 @@
 namespace {
 
 constexpr int Frame_Rate = 25;
-constexpr int Side = 48; // frames are compared at Side * 4/3 x Side
-const QSize Compared(Side * 4 / 3, Side);
-
-// Each frame differs from its neighbours: red scrolls sideways, green upwards, blue counts.
-const QStringList Picture = {"-vf", "geq=r='mod(X+8*N\\,320)*255/320':"
-                                    "g='mod(Y+5*N\\,240)*255/240':b='N'"};
 
 enum class Gesture { Click, Click_While_Playing, Drag, Arrow_Key, Stop };
 
@@ -29,69 +22,7 @@ enum class Gesture { Click, Click_While_Playing, Drag, Arrow_Key, Stop };
 
 Q_DECLARE_METATYPE(Gesture)
 
-namespace {
-
-// Every frame of a file as ffmpeg decodes it, in order, at the compared size.
-QList<QImage> decodedFrames(const QString& path)
-{
-    QProcess ffmpeg;
-    ffmpeg.setStandardInputFile(QProcess::nullDevice());
-    ffmpeg.start(QStandardPaths::findExecutable(QStringLiteral("ffmpeg")),
-                 {"-loglevel", "error", "-i", path, "-an", "-fps_mode", "passthrough", "-vf",
-                  QStringLiteral("scale=%1:%2").arg(Compared.width()).arg(Compared.height()), "-f",
-                  "rawvideo", "-pix_fmt", "rgb24", "-"});
-    if (!ffmpeg.waitForFinished(60000) || ffmpeg.exitCode() != 0)
-        return {};
-    const QByteArray raw = ffmpeg.readAllStandardOutput();
-    const qsizetype bytes = Compared.width() * Compared.height() * 3;
-    QList<QImage> frames;
-    for (qsizetype at = 0; at + bytes <= raw.size(); at += bytes)
-        frames << QImage(reinterpret_cast<const uchar*>(raw.constData() + at), Compared.width(),
-                         Compared.height(), Compared.width() * 3, QImage::Format_RGB888)
-                      .copy();
-    return frames;
-}
-
-double meanDifference(const QImage& a, const QImage& b)
-{
-    qint64 sum = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        const uchar* p = a.constScanLine(y);
-        const uchar* q = b.constScanLine(y);
-        for (int x = 0; x < a.width() * 3; ++x)
-            sum += qAbs(p[x] - q[x]);
-    }
-    return static_cast<double>(sum) / (a.width() * a.height() * 3);
-}
-
-struct Match {
-    int index = -1;
-    double difference = 256.0;
-};
-
-// The source frame the picture resembles most.
-Match nearestFrame(const QImage& picture, const QList<QImage>& frames)
-{
-    const QImage shown = picture.convertToFormat(QImage::Format_RGB888)
-                             .scaled(Compared, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    Match best;
-    for (int i = 0; i < frames.size(); ++i) {
-        const double difference = meanDifference(shown, frames.at(i));
-        if (difference < best.difference)
-            best = {i, difference};
-    }
-    return best;
-}
-
-// The frame's stream time includes the millisecond asked for.
-bool covers(const QVideoFrame& frame, qint64 milliseconds)
-{
-    const qint64 at = milliseconds * 1000;
-    return frame.isValid() && frame.startTime() >= 0 && frame.startTime() <= at &&
-           (frame.endTime() < 0 || at < frame.endTime());
-}
-
-} // namespace
+using namespace Frame_Matching;
 
 class Test_Preview_Seek : public QObject {
     Q_OBJECT
@@ -117,9 +48,9 @@ void Test_Preview_Seek::initTestCase()
     Test_Media::Clip mp4;
     mp4.seconds = 10.0;
     mp4.picture = QStringLiteral("nullsrc");
-    mp4.codecArguments = Picture + mp4.codecArguments;
+    mp4.codecArguments = Frame_Matching::distinctFrames() + mp4.codecArguments;
     Test_Media::Clip wmv = mp4;
-    wmv.codecArguments = Picture;
+    wmv.codecArguments = Frame_Matching::distinctFrames();
     QVERIFY(Test_Media::makeClip(clips.filePath("ten.mp4"), mp4));
     QVERIFY(Test_Media::makeClip(clips.filePath("ten.wmv"), wmv));
     for (const QString& name : QStringList{"ten.mp4", "ten.wmv"}) {

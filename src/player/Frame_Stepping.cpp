@@ -1,0 +1,90 @@
+#include "app/AppDelegate.h"
+
+#include "app/MainWindow.h"
+#include "player/Frame_Probe.h"
+#include "player/Preview_Player.h"
+#include "player/Seeking.h"
+#include "tools/TimeStrings.h"
+#include "tools/Tool_Locator.h"
+#include "ui_MainWindow.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace {
+
+struct Step_Command {
+    const char* text;
+    QList<QKeySequence> keys;
+    std::optional<double> (Frame_Index::*step)(double) const;
+};
+
+} // namespace
+
+// The Go menu: frame and keyframe steps, offered once the file's frame times are known.
+void AppDelegate::Wire_Frame_Steps()
+{
+    frameProbe = new Frame_Probe(
+        Locate_Tool(QStringLiteral("ffprobe"), QCoreApplication::applicationDirPath()), this);
+    connect(this, &AppDelegate::preparationFinished, frameProbe,
+            [this](bool ready) { frameProbe->probe(ready ? sVideoFile : QString()); });
+
+    // Shift with comma or period arrives as "<" or ">" on most keyboards, with or without the
+    // Shift modifier; each form is taken.
+    const Step_Command commands[] = {
+        {"Previous Frame", {QKeySequence(Qt::Key_Comma)}, &Frame_Index::previous},
+        {"Next Frame", {QKeySequence(Qt::Key_Period)}, &Frame_Index::next},
+        {"Previous Keyframe",
+         {QKeySequence(Qt::SHIFT | Qt::Key_Comma), QKeySequence(Qt::Key_Less),
+          QKeySequence(Qt::SHIFT | Qt::Key_Less)},
+         &Frame_Index::previousKeyframe},
+        {"Next Keyframe",
+         {QKeySequence(Qt::SHIFT | Qt::Key_Period), QKeySequence(Qt::Key_Greater),
+          QKeySequence(Qt::SHIFT | Qt::Key_Greater)},
+         &Frame_Index::nextKeyframe},
+    };
+    QMenu* go = new QMenu(QStringLiteral("&Go"), window);
+    window->menuBar()->insertMenu(window->ui().menuHelp->menuAction(), go);
+    QList<QAction*> steps;
+    for (const Step_Command& command : commands) {
+        QAction* action = go->addAction(QString::fromLatin1(command.text));
+        action->setShortcuts(command.keys);
+        action->setEnabled(false);
+        steps << action;
+        connect(action, &QAction::triggered, this, [this, step = command.step] {
+            if (commandGate.isBusy() || !frameProbe->index() || i_Duration_in_Seconds == 0)
+                return;
+            const double now = Seconds_From_Position(i_Duration_in_Seconds, f_Timeline_Position);
+            if (const std::optional<double> to = (*frameProbe->index().*step)(now))
+                Show_Exact_Time(*to);
+        });
+    }
+    const auto offer = [this, steps] {
+        const bool on = frameProbe->index() && !commandGate.isBusy();
+        for (QAction* action : steps)
+            action->setEnabled(on);
+    };
+    connect(frameProbe, &Frame_Probe::indexChanged, this, offer);
+    connect(&commandGate, &Command_Gate::busyChanged, this, offer);
+}
+
+// Pauses on the frame at an exact time: the playhead, the label and the preview show it.
+void AppDelegate::Show_Exact_Time(double seconds)
+{
+    if (!player || i_Duration_in_Seconds == 0)
+        return;
+    timerSetCurrentPosition.stop();
+    timerKeyLeft.stop();
+    timerKeyRight.stop();
+    timerVideoPlaying.stop();
+    player->pause();
+    f_Timeline_Position = Position_At_Seconds(i_Duration_in_Seconds, seconds);
+    f_Current_Position = f_Timeline_Position;
+    labelCurrentTime->setText(
+        Time_String_From_Position(i_Duration_in_Seconds, f_Timeline_Position));
+    player->setPosition(Frame_Seek_Milliseconds(seconds));
+    b_Dont_Load_Thumbnails = true;
+    Redraw_Timeline();
+}
