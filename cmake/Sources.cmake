@@ -23,6 +23,7 @@ set(CORVANTA_CORE_SOURCES
     src/timeline/Segment_Table_Model.cpp src/timeline/Segment_Table_Model.h
     src/timeline/Timeline_Geometry.cpp src/timeline/Timeline_Geometry.h
     src/timeline/Timeline_Style.h
+    src/timeline/Timeline_Zoom.cpp src/timeline/Timeline_Zoom.h
     src/tools/Media_Probe.cpp src/tools/Media_Probe.h
     src/tools/Progress.cpp src/tools/Progress.h
     src/tools/TimeStrings.cpp src/tools/TimeStrings.h

@@ -5,6 +5,7 @@
 #include "player/Seeking.h"
 #include "timeline/Segment_List.h"
 #include "timeline/Timeline_Geometry.h"
+#include "timeline/Timeline_Zoom.h"
 #include "tools/Progress.h"
 #include "tools/TimeStrings.h"
 
@@ -48,6 +49,8 @@ private slots:
     void smallerRules();
     void frameSteps_data();
     void frameSteps();
+    void zoom_data();
+    void zoom();
 };
 
 // Texts read from ffmpeg, or written for it and the person: the row's name says which reading.
@@ -276,4 +279,51 @@ void Test_Rules::frameSteps()
                  "01:00:0" + label.mid(7));
     }
     QVERIFY(!Frame_Index::fromJson(R"({"packets": []})"));
+}
+
+// The zoom of an 800-point view of a 100 s file at 25 frames a second: the visible range after
+// zooming around a point, and position <-> x there.
+void Test_Rules::zoom_data()
+{
+    QTest::addColumn<double>("around");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<double>("scroll"); // points, after the zoom
+    QTest::addColumn<double>("first");
+    QTest::addColumn<double>("visible");
+    QTest::newRow("whole") << 400.0 << 1.0 << 0.0 << 0.0 << 100.0;
+    QTest::newRow("twice around the middle") << 400.0 << 2.0 << 0.0 << 25.0 << 50.0;
+    QTest::newRow("ten times around x 80") << 80.0 << 10.0 << 0.0 << 9.0 << 10.0;
+    QTest::newRow("around the left edge") << 0.0 << 4.0 << 0.0 << 0.0 << 25.0;
+    QTest::newRow("scrolled past the end") << 800.0 << 4.0 << 500.0 << 75.0 << 25.0;
+    QTest::newRow("scrolled before the start") << 400.0 << 4.0 << -1500.0 << 0.0 << 25.0;
+    // 20 points a frame at most: 800 points show 40 frames, 1.6 s, 1.6 %.
+    QTest::newRow("deepest") << 400.0 << 1000.0 << 0.0 << 49.2 << 1.6;
+    QTest::newRow("out past the whole file") << 400.0 << 0.1 << 0.0 << 0.0 << 100.0;
+}
+
+void Test_Rules::zoom()
+{
+    QFETCH(double, around);
+    QFETCH(double, factor);
+    QFETCH(double, scroll);
+    QFETCH(double, first);
+    QFETCH(double, visible);
+    Timeline_Zoom zoom;
+    zoom.setView(800.0, 100.0, 0.04);
+    const float under = zoom.position(around);
+    zoom.zoomAround(around, factor);
+    if (scroll == 0.0)
+        QCOMPARE(zoom.position(around), under); // the point under the pointer stays
+    zoom.scrollBy(scroll);
+    QCOMPARE(zoom.first(), first);
+    QCOMPARE(zoom.visible(), visible);
+    QCOMPARE(zoom.whole(), visible == 100.0);
+    QCOMPARE(zoom.pointsPerSecond(), 800.0 / visible);
+    const auto middle = static_cast<float>(first + visible / 2.0);
+    QCOMPARE(zoom.x(middle), 400.0f);
+    QCOMPARE(zoom.position(400.0), middle);
+    if (zoom.whole()) { // the timeline's own arithmetic, bit for bit
+        QCOMPARE(zoom.x(33.3f), Position_To_X(33.3f, 800.0));
+        QCOMPARE(zoom.position(123.0), X_To_Position(123.0, 800.0));
+    }
 }

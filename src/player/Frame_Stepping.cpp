@@ -4,6 +4,8 @@
 #include "player/Frame_Probe.h"
 #include "player/Preview_Player.h"
 #include "player/Seeking.h"
+#include "timeline/View_Video_Timeline.h"
+#include "timeline/View_Waveform.h"
 #include "tools/TimeStrings.h"
 #include "tools/Tool_Locator.h"
 #include "ui_MainWindow.h"
@@ -23,7 +25,8 @@ struct Step_Command {
 
 } // namespace
 
-// The Go menu: frame and keyframe steps, offered once the file's frame times are known.
+// The Go menu: frame and keyframe steps, offered once the file's frame times are known, and the
+// timeline's zoom.
 void AppDelegate::Wire_Frame_Steps()
 {
     frameProbe = new Frame_Probe(
@@ -61,6 +64,32 @@ void AppDelegate::Wire_Frame_Steps()
                 Show_Exact_Time(*to);
         });
     }
+    go->addSeparator();
+    struct Zoom_Command {
+        const char* text;
+        QList<QKeySequence> keys;
+        double factor; // 0: the whole file
+    };
+    const Zoom_Command zooms[] = {
+        {"Zoom In",
+         {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
+         2.0},
+        {"Zoom Out", {QKeySequence(Qt::CTRL | Qt::Key_Minus)}, 0.5},
+        {"Whole File", {QKeySequence(Qt::CTRL | Qt::Key_0)}, 0.0},
+    };
+    for (const Zoom_Command& zoom : zooms) {
+        QAction* action = go->addAction(QString::fromLatin1(zoom.text));
+        action->setShortcuts(zoom.keys);
+        connect(action, &QAction::triggered, viewTimeline, [this, factor = zoom.factor] {
+            if (factor > 0.0)
+                viewTimeline->Zoom_Around_Playhead(factor);
+            else
+                viewTimeline->Zoom_Whole_File();
+        });
+    }
+    connect(viewTimeline, &View_Video_Timeline::zoomChanged, ViewSpectrumThumbnail,
+            qOverload<>(&QWidget::update));
+
     const auto offer = [this, steps] {
         const bool on = frameProbe->index() && !commandGate.isBusy();
         for (QAction* action : steps)

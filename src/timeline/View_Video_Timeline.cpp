@@ -1,18 +1,118 @@
 #include "timeline/View_Video_Timeline.h"
 
 #include "app/AppDelegate.h"
+#include "player/Frame_Probe.h"
 #include "timeline/Timeline_Geometry.h"
 #include "timeline/Timeline_Style.h"
 
+#include <QGridLayout>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int Scroll_Steps = 100'000; // the scroll bar's range over the hidden part
+constexpr double Wheel_Zoom = 1.25;   // one notch of Ctrl+wheel
+constexpr double Wheel_Scroll = 40.0; // points one notch of the wheel scrolls
+
+} // namespace
 
 View_Video_Timeline::View_Video_Timeline(AppDelegate& delegate, QWidget* parent)
     : QWidget(parent)
     , session(delegate)
 {
     setAccessibleName(QStringLiteral("Timeline"));
+    scrollBar = new QScrollBar(Qt::Horizontal, parent);
+    scrollBar->setAccessibleName(QStringLiteral("Timeline scroll bar"));
+    scrollBar->setRange(0, Scroll_Steps);
+    scrollBar->hide();
+    if (auto* grid = parent ? qobject_cast<QGridLayout*>(parent->layout()) : nullptr)
+        grid->addWidget(scrollBar, 1, 0);
+    connect(scrollBar, &QScrollBar::valueChanged, this, [this](int value) {
+        if (range.whole())
+            return;
+        range.setFirst((100.0 - range.visible()) * value / Scroll_Steps);
+        update();
+        emit zoomChanged();
+    });
+}
+
+// The zoom's view of the file as it is now: width, duration, frame length.
+void View_Video_Timeline::fitZoom()
+{
+    double frame = 0.0;
+    if (session.frameProbe && session.frameProbe->index()) {
+        const QList<double>& frames = session.frameProbe->index()->frames;
+        if (frames.size() >= 2)
+            frame = (frames.last() - frames.first()) / static_cast<double>(frames.size() - 1);
+    }
+    range.setView(width(), static_cast<double>(session.i_Duration_in_Seconds), frame);
+}
+
+// After a zoom or scroll: the scroll bar follows, the view and the waveform are drawn again.
+void View_Video_Timeline::zoomMoved()
+{
+    const QSignalBlocker quiet(scrollBar);
+    scrollBar->setVisible(!range.whole());
+    const double hidden = 100.0 - range.visible();
+    scrollBar->setPageStep(
+        hidden > 0.0 ? static_cast<int>(std::lround(Scroll_Steps * range.visible() / hidden))
+                     : Scroll_Steps);
+    scrollBar->setValue(
+        hidden > 0.0 ? static_cast<int>(std::lround(Scroll_Steps * range.first() / hidden)) : 0);
+    session.b_Dont_Load_Thumbnails = true;
+    update();
+    emit zoomChanged();
+}
+
+void View_Video_Timeline::Zoom_Around_Playhead(double factor)
+{
+    if (session.i_Duration_in_Seconds == 0)
+        return;
+    fitZoom();
+    range.zoomAround(range.x(session.f_Timeline_Position), factor);
+    zoomMoved();
+}
+
+void View_Video_Timeline::Zoom_Whole_File()
+{
+    range.reset();
+    zoomMoved();
+}
+
+void View_Video_Timeline::Forget_Thumbnails()
+{
+    s_Fetched_For.clear();
+    range.reset();
+    scrollBar->hide();
+    emit zoomChanged();
+}
+
+void View_Video_Timeline::wheelEvent(QWheelEvent* event)
+{
+    const QPoint delta = event->angleDelta();
+    const double notches = (delta.y() != 0 ? delta.y() : delta.x()) / 120.0;
+    if (session.i_Duration_in_Seconds == 0 || notches == 0.0) {
+        event->ignore();
+        return;
+    }
+    fitZoom();
+    if (event->modifiers() & Qt::ControlModifier) {
+        range.zoomAround(event->position().x(), std::pow(Wheel_Zoom, notches));
+    } else if (!range.whole()) {
+        range.scrollBy(-notches * Wheel_Scroll);
+    } else {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    zoomMoved();
 }
 
 void View_Video_Timeline::fill(QPainter& painter, const QRectF& rect, const QColor& color) const
@@ -29,6 +129,30 @@ void View_Video_Timeline::paintEvent(QPaintEvent*)
         return;
     f_AudioPlot_Width = static_cast<float>(W);
     drawRules(painter);
+    fitZoom();
+    if (session.i_Duration_in_Seconds == 0 && !range.whole())
+        Zoom_Whole_File();
+    // A playhead moved out of sight (playing, a step) is brought into view.
+    if (session.f_Timeline_Position != f_Followed_Position) {
+        f_Followed_Position = session.f_Timeline_Position;
+        const double before = range.first();
+        range.show(f_Followed_Position);
+        if (range.first() != before)
+            zoomMoved();
+    }
+    if (!range.whole()) {
+        // The whole-file thumbnails stay as they are; the nearest one fills each slot.
+        const Strip strip = drawZoomedRuler(painter);
+        if (session.array_Thumbnails.size() >= 2)
+            drawFilmStrip(painter, strip);
+        drawKeyframes(painter);
+        drawPlayhead(painter);
+        drawSegments(painter);
+        if (!session.array_Segments.isEmpty())
+            drawShading(painter);
+        session.b_Dont_Load_Thumbnails = false;
+        return;
+    }
 
     // Qt repaints for many reasons (expose, a menu or spinner above the strip); one that
     // changes nothing the thumbnails depend on keeps them instead of fetching them again.
@@ -122,7 +246,7 @@ void View_Video_Timeline::drawFilmStrip(QPainter& painter, Strip strip) const
 void View_Video_Timeline::drawPlayhead(QPainter& painter)
 {
     const double H = height();
-    const float x = Position_To_X(session.f_Timeline_Position, width());
+    const float x = range.x(session.f_Timeline_Position);
     fill(painter, QRectF(x, 0, 1, H), Qt::red);
     rect_Selection_Start = Knob_Rect(x, H);
     painter.save();
@@ -136,7 +260,6 @@ void View_Video_Timeline::drawPlayhead(QPainter& painter)
 void View_Video_Timeline::drawSegments(QPainter& painter)
 {
     const double H = height();
-    const double W = width();
     painter.save();
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::white);
@@ -147,11 +270,11 @@ void View_Video_Timeline::drawSegments(QPainter& painter)
         painter.drawPolygon(polygon);
     };
     for (Object_Segment& segment : session.array_Segments) {
-        const float xs = Position_To_X(segment.f_Start, W);
+        const float xs = range.x(segment.f_Start);
         fill(painter, QRectF(xs, 0, 1, H - 20), Qt::white);
         triangle(Start_Flag_Triangle(xs, H));
         segment.rectStart = Start_Flag_Rect(xs, H);
-        const float xe = Position_To_X(segment.f_End, W);
+        const float xe = range.x(segment.f_End);
         fill(painter, QRectF(xe, 0, 1, H - 20), Qt::white);
         triangle(End_Flag_Triangle(xe, H));
         segment.rectEnd = End_Flag_Rect(xe, H);
@@ -163,9 +286,16 @@ void View_Video_Timeline::drawSegments(QPainter& painter)
 void View_Video_Timeline::drawShading(QPainter& painter)
 {
     session.Calculate_Disabled_Rectangles();
-    for (const Object_Disabled_Rectangle& range : std::as_const(session.array_Disabled_Rectangles))
-        fill(painter, Disabled_Range_Rect(range.left(), range.right(), width(), height()),
-             QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.5f));
+    for (const Object_Disabled_Rectangle& shaded :
+         std::as_const(session.array_Disabled_Rectangles)) {
+        QRectF rect = Disabled_Range_Rect(shaded.left(), shaded.right(), width(), height());
+        if (!range.whole()) {
+            const double left = range.x(shaded.left());
+            rect.setLeft(left);
+            rect.setWidth(range.x(shaded.right()) - left);
+        }
+        fill(painter, rect, QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.5f));
+    }
 }
 
 QPointF View_Video_Timeline::fromBottomLeft(QPointF point) const
@@ -207,7 +337,7 @@ void View_Video_Timeline::mouseDown(QPointF point)
         b_Mouse_Down_Start = true;
         return;
     }
-    movePlayhead(Clamp_Position(X_To_Position(point.x(), f_AudioPlot_Width)));
+    movePlayhead(Clamp_Position(range.position(point.x())));
     for (Object_Segment& segment : session.array_Segments) {
         if (Point_In_Rect(point, segment.rectStart)) {
             emit segmentGrabbed();
@@ -232,7 +362,7 @@ void View_Video_Timeline::mouseDragged(QPointF point)
 {
     if (session.i_Duration_in_Seconds == 0)
         return;
-    const float q = X_To_Position(point.x(), f_AudioPlot_Width);
+    const float q = range.position(point.x());
     if (b_Mouse_Down_Start)
         movePlayhead(Clamp_Position(q));
     for (Object_Segment& segment : session.array_Segments) {
@@ -271,4 +401,69 @@ void View_Video_Timeline::mouseUp()
     }
     if (held)
         emit segmentReleased();
+}
+
+// The ruler over the visible range: a tick and the time at each slot's right edge, and in each
+// slot the whole-file thumbnail nearest to its time.
+View_Video_Timeline::Strip View_Video_Timeline::drawZoomedRuler(QPainter& painter)
+{
+    const double H = height();
+    const double W = width();
+    Strip strip;
+    QFont font(QStringLiteral("Verdana"));
+    font.setPixelSize(10);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+    const QFontMetricsF metrics(font);
+    const double duration = static_cast<double>(session.i_Duration_in_Seconds);
+    const double start = duration * range.first() / 100.0;
+    const double step = Ruler_Pitch / range.pointsPerSecond();
+    const double wholeStep = duration / (W / Ruler_Pitch);
+    for (int k = 1; Ruler_Pitch * (k - 1) < W; ++k) {
+        const double left = Ruler_Pitch * (k - 1);
+        const double t = start + step * k;
+        fill(painter, QRectF(left, H - 16, 1, 6), Qt::black);
+        const auto ms = static_cast<qint64>(std::floor(t * 1000.0));
+        const QString label = step < 1.0
+                                  ? QString::asprintf("%02lld:%02lld:%02lld.%03lld", ms / 3'600'000,
+                                                      ms / 60'000 % 60, ms / 1000 % 60, ms % 1000)
+                                  : QString::asprintf("%02lld:%02lld:%02lld", ms / 3'600'000,
+                                                      ms / 60'000 % 60, ms / 1000 % 60);
+        const double textWidth = metrics.horizontalAdvance(label);
+        const QRectF place(left + Ruler_Pitch - textWidth - 5, H - 15, textWidth, metrics.height());
+        painter.drawText(To_Top_Left(place, H), Qt::AlignLeft | Qt::AlignBottom, label);
+        const qsizetype count = session.array_Thumbnails.size();
+        if (count == 0 || !(wholeStep > 0.0))
+            continue;
+        const auto nearest =
+            static_cast<qsizetype>(std::clamp(std::llround((t - step / 2.0) / wholeStep), 1LL,
+                                              static_cast<long long>(count)) -
+                                   1);
+        const QImage& thumbnail = session.array_Thumbnails.at(nearest);
+        strip.bottom = Thumbnail_Bottom(thumbnail.height());
+        strip.height = thumbnail.height();
+        const QRectF image(left, strip.bottom, thumbnail.width(), thumbnail.height());
+        painter.drawImage(To_Top_Left(image, H), thumbnail);
+    }
+    return strip;
+}
+
+// Zoomed in: short ticks under the ruler at the keyframes, once they are 3 points apart.
+void View_Video_Timeline::drawKeyframes(QPainter& painter)
+{
+    if (!session.frameProbe || !session.frameProbe->index())
+        return;
+    const QList<double>& keyframes = session.frameProbe->index()->keyframes;
+    double closest = std::numeric_limits<double>::infinity();
+    for (qsizetype i = 1; i < keyframes.size(); ++i)
+        closest = std::min(closest, keyframes.at(i) - keyframes.at(i - 1));
+    if (keyframes.size() < 2 || closest * range.pointsPerSecond() < 3.0)
+        return;
+    const double H = height();
+    const double duration = static_cast<double>(session.i_Duration_in_Seconds);
+    for (const double time : keyframes) {
+        const float x = range.x(static_cast<float>(100.0 * time / duration));
+        if (x >= 0.0f && x < width())
+            fill(painter, QRectF(x, H - 20, 1, 4), QColor(64, 64, 64));
+    }
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "timeline/Timeline_Zoom.h"
+
 #include <QRectF>
 #include <QWidget>
 
 class AppDelegate;
 class QPainter;
+class QScrollBar;
 
 // The strip that shows the whole file: ruler, thumbnails as a film strip, the playhead with
 // its knob, a flag at each end of every segment and shading over what no segment keeps.
@@ -18,20 +21,29 @@ public:
     float f_AudioPlot_Width = 0.0f;  // the width of the last draw
     QRectF rect_Selection_Start;     // the knob, as last drawn
 
-    // The next draw fetches the thumbnails again even if nothing they depend on changed.
-    void Forget_Thumbnails() { s_Fetched_For.clear(); }
+    // A new file: the next draw shows all of it and fetches the thumbnails again, even if
+    // nothing they depend on changed.
+    void Forget_Thumbnails();
+
+    // The part of the file shown; zoomed by Ctrl+wheel (around the pointer) or these.
+    const Timeline_Zoom& zoom() const { return range; }
+    void Zoom_Around_Playhead(double factor);
+    void Zoom_Whole_File();
 
 signals:
     // A flag was taken, moved, let go: one drag, which the undo history keeps as one step.
     void segmentGrabbed();
     void segmentDragged();
     void segmentReleased();
+    // The visible part of the file changed.
+    void zoomChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     struct Strip {
@@ -51,10 +63,17 @@ private:
     void drawPlayhead(QPainter& painter);
     void drawSegments(QPainter& painter);
     void drawShading(QPainter& painter);
+    Strip drawZoomedRuler(QPainter& painter);
+    void drawKeyframes(QPainter& painter);
+    void fitZoom();
+    void zoomMoved();
     void fill(QPainter& painter, const QRectF& rect, const QColor& color) const;
 
     QString thumbnailKey() const;
 
     AppDelegate& session;
     QString s_Fetched_For; // width, duration and file of the thumbnails fetched last
+    Timeline_Zoom range;
+    QScrollBar* scrollBar = nullptr;  // under the view while zoomed in
+    float f_Followed_Position = 0.0f; // the playhead at the last draw
 };

@@ -1,6 +1,7 @@
 #include "timeline/View_Waveform.h"
 
 #include "app/AppDelegate.h"
+#include "timeline/View_Video_Timeline.h"
 
 #include <QImage>
 #include <QPainter>
@@ -21,5 +22,13 @@ void View_Spectrum::paintEvent(QPaintEvent*)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(rect(), picture);
+    // Zoomed in, the part of the picture under the timeline's visible range.
+    const Timeline_Zoom& zoom = session.viewTimeline->zoom();
+    if (zoom.whole()) {
+        painter.drawImage(rect(), picture);
+        return;
+    }
+    const QRectF part(picture.width() * zoom.first() / 100.0, 0.0,
+                      picture.width() * zoom.visible() / 100.0, picture.height());
+    painter.drawImage(QRectF(rect()), picture, part);
 }

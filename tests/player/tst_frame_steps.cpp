@@ -11,10 +11,12 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QProcess>
+#include <QProgressBar>
 #include <QStandardPaths>
 #include <QTest>
 #include <QVideoSink>
 #include <QVideoWidget>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -33,6 +35,7 @@ private slots:
     void frameSteps();
     void keyframeSteps_data();
     void keyframeSteps();
+    void zoom();
 
 private:
     AppDelegate* sessionFor(const QString& clip);
@@ -267,6 +270,63 @@ void Test_Frame_Steps::keyframeSteps()
     const Qt::Key back = key == Qt::Key_Greater ? Qt::Key_Less : Qt::Key_Comma;
     QTest::keyClick(s.window, back, Qt::ShiftModifier);
     QVERIFY(shown(s, clip, keyframes.at(keyframes.size() - 2)));
+}
+
+// Ctrl+wheel zooms to 10 points a frame around the pointer, where a click takes the playhead to
+// the frame under it; plain wheel scrolls; Ctrl+0 draws the whole file again, pixel for pixel.
+void Test_Frame_Steps::zoom()
+{
+    AppDelegate* const opened = sessionFor(u"ten.mp4"_s);
+    QVERIFY(opened);
+    AppDelegate& s = *opened;
+    View_Video_Timeline* const view = s.viewTimeline;
+    QTRY_VERIFY(command(s, u"Next Frame"_s)->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !s.spinnerLoadingThumbnails->isVisible() && !s.timerGetThumbnail.isActive(), 60000);
+    s.b_Dont_Load_Thumbnails = true;
+    const QImage whole = view->grab().toImage();
+    const QSize wholeSize = view->size();
+
+    // The pointer at 2.02 s; one notch (120) zooms 1.25 times.
+    const double W = view->width();
+    const double D = static_cast<double>(s.i_Duration_in_Seconds);
+    const double pointer = 2.02 / D * W;
+    const double factor = 10.0 / (W / 250.0); // 250 frames across the view: 10 points each
+    const int delta = qRound(120.0 * std::log(factor) / std::log(1.25));
+    const double zoomed = std::pow(1.25, delta / 120.0) * W / D; // points a second
+    const QPointF at(pointer, 20);
+    QWheelEvent wheel(at, view->mapToGlobal(at), {}, {0, delta}, Qt::NoButton, Qt::ControlModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(view, &wheel);
+    QVERIFY(!view->zoom().whole());
+    QVERIFY(qAbs(view->zoom().pointsPerSecond() / 25.0 - 10.0) < 0.1);
+    QTRY_VERIFY(view->size() != wholeSize); // the scroll bar is shown under it
+    for (const int dx : {-47, 3, 36}) {
+        const double x = pointer + dx;
+        const int frame = static_cast<int>(std::floor((2.02 + dx / zoomed) * 25.0));
+        QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(qRound(x), view->height() - 5));
+        const double time = Seconds_From_Position(s.i_Duration_in_Seconds, s.f_Timeline_Position);
+        QCOMPARE(static_cast<int>(std::floor(time * 25.0)), frame);
+        s.b_Dont_Load_Thumbnails = true;
+        QCOMPARE(view->grab().toImage().pixelColor(qRound(x), 60), QColor(Qt::red));
+    }
+    // Plain wheel scrolls sideways: what was at the pointer moves left.
+    const float before = view->zoom().position(pointer);
+    QWheelEvent scroll(at, view->mapToGlobal(at), {}, {0, -240}, Qt::NoButton, Qt::NoModifier,
+                       Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(view, &scroll);
+    QVERIFY(view->zoom().position(pointer) > before);
+
+    // Back to the whole file: the playhead where the last click put it, drawn as before.
+    const float playhead = s.f_Timeline_Position;
+    s.window->activateWindow();
+    QTest::keyClick(s.window, Qt::Key_0, Qt::ControlModifier);
+    QVERIFY(view->zoom().whole());
+    QTRY_COMPARE(view->size(), wholeSize);
+    QCOMPARE(s.f_Timeline_Position, playhead);
+    s.f_Timeline_Position = 0.0f; // as when the whole file was drawn first
+    s.b_Dont_Load_Thumbnails = true;
+    QCOMPARE(view->grab().toImage(), whole);
 }
 
 QTEST_MAIN(Test_Frame_Steps)
