@@ -89,6 +89,13 @@ void AppDelegate::Wire_Frame_Steps()
     }
     connect(viewTimeline, &View_Video_Timeline::zoomChanged, ViewSpectrumThumbnail,
             qOverload<>(&QWidget::update));
+    // While the preview plays, the zoomed timeline keeps its position in view.
+    connect(&timeObserver, &QTimer::timeout, viewTimeline, [this] {
+        if (player && player->playbackState() == QMediaPlayer::PlayingState &&
+            i_Duration_in_Seconds != 0)
+            viewTimeline->Follow_Position(static_cast<float>(
+                100.0 * currentTime() / static_cast<double>(i_Duration_in_Seconds)));
+    });
 
     const auto offer = [this, steps] {
         const bool on = frameProbe->index() && !commandGate.isBusy();

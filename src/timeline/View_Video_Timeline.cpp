@@ -80,6 +80,14 @@ void View_Video_Timeline::Zoom_Around_Playhead(double factor)
     zoomMoved();
 }
 
+void View_Video_Timeline::Follow_Position(float position)
+{
+    const double before = range.first();
+    range.show(position);
+    if (range.first() != before)
+        zoomMoved();
+}
+
 void View_Video_Timeline::Zoom_Whole_File()
 {
     range.reset();
@@ -135,10 +143,7 @@ void View_Video_Timeline::paintEvent(QPaintEvent*)
     // A playhead moved out of sight (playing, a step) is brought into view.
     if (session.f_Timeline_Position != f_Followed_Position) {
         f_Followed_Position = session.f_Timeline_Position;
-        const double before = range.first();
-        range.show(f_Followed_Position);
-        if (range.first() != before)
-            zoomMoved();
+        Follow_Position(f_Followed_Position);
     }
     if (!range.whole()) {
         // The whole-file thumbnails stay as they are; the nearest one fills each slot.

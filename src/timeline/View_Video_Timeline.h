@@ -29,6 +29,8 @@ public:
     const Timeline_Zoom& zoom() const { return range; }
     void Zoom_Around_Playhead(double factor);
     void Zoom_Whole_File();
+    // Scrolls the zoomed view to show a position (the preview's, while it plays).
+    void Follow_Position(float position);
 
 signals:
     // A flag was taken, moved, let go: one drag, which the undo history keeps as one step.

@@ -317,6 +317,16 @@ void Test_Frame_Steps::zoom()
     QCoreApplication::sendEvent(view, &scroll);
     QVERIFY(view->zoom().position(pointer) > before);
 
+    // Playing, the view keeps the preview's position in sight.
+    QTRY_VERIFY(!s.timerSetCurrentPosition.isActive()); // the click's seek has been made
+    s.OnVideoPlay();
+    QTRY_VERIFY_WITH_TIMEOUT(s.currentTime() > 4.0, 10000);
+    s.OnVideoPause();
+    const double shownFrom = D * view->zoom().first() / 100.0;
+    QVERIFY2(shownFrom < s.currentTime() &&
+                 s.currentTime() < shownFrom + D * view->zoom().visible() / 100.0,
+             qPrintable(QString::number(shownFrom)));
+
     // Back to the whole file: the playhead where the last click put it, drawn as before.
     const float playhead = s.f_Timeline_Position;
     s.window->activateWindow();
