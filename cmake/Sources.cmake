@@ -76,6 +76,7 @@ set(CORVANTA_GUI_SOURCES
     src/timeline/View_Middle_Tab.cpp src/timeline/View_Middle_Tab.h
     src/timeline/View_Waveform.cpp src/timeline/View_Waveform.h
     src/timeline/View_Video_Timeline.cpp src/timeline/View_Video_Timeline.h
+    src/timeline/Zoom_Thumbnails.cpp src/timeline/Zoom_Thumbnails.h
     src/timeline/Waveform.cpp
     src/tools/Window_Progress.cpp src/tools/Window_Progress.h
     src/tools/Window_Tool_Log.cpp src/tools/Window_Tool_Log.h

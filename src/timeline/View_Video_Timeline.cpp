@@ -4,6 +4,7 @@
 #include "player/Frame_Probe.h"
 #include "timeline/Timeline_Geometry.h"
 #include "timeline/Timeline_Style.h"
+#include "timeline/Zoom_Thumbnails.h"
 
 #include <QGridLayout>
 #include <QMouseEvent>
@@ -28,6 +29,11 @@ View_Video_Timeline::View_Video_Timeline(AppDelegate& delegate, QWidget* parent)
     , session(delegate)
 {
     setAccessibleName(QStringLiteral("Timeline"));
+    zoomStrip = new Zoom_Thumbnails(session.toolRunner.log(), this);
+    connect(zoomStrip, &Zoom_Thumbnails::made, this, [this] {
+        session.b_Dont_Load_Thumbnails = true;
+        update();
+    });
     scrollBar = new QScrollBar(Qt::Horizontal, parent);
     scrollBar->setAccessibleName(QStringLiteral("Timeline scroll bar"));
     scrollBar->setRange(0, Scroll_Steps);
@@ -97,6 +103,7 @@ void View_Video_Timeline::Zoom_Whole_File()
 void View_Video_Timeline::Forget_Thumbnails()
 {
     s_Fetched_For.clear();
+    zoomStrip->clear();
     range.reset();
     scrollBar->hide();
     emit zoomChanged();
@@ -409,7 +416,7 @@ void View_Video_Timeline::mouseUp()
 }
 
 // The ruler over the visible range: a tick and the time at each slot's right edge, and in each
-// slot the whole-file thumbnail nearest to its time.
+// slot the thumbnail at that time, or until it is made the nearest one there is.
 View_Video_Timeline::Strip View_Video_Timeline::drawZoomedRuler(QPainter& painter)
 {
     const double H = height();
@@ -424,6 +431,7 @@ View_Video_Timeline::Strip View_Video_Timeline::drawZoomedRuler(QPainter& painte
     const double start = duration * range.first() / 100.0;
     const double step = Ruler_Pitch / range.pointsPerSecond();
     const double wholeStep = duration / (W / Ruler_Pitch);
+    QList<qint64> wanted;
     for (int k = 1; Ruler_Pitch * (k - 1) < W; ++k) {
         const double left = Ruler_Pitch * (k - 1);
         const double t = start + step * k;
@@ -437,19 +445,28 @@ View_Video_Timeline::Strip View_Video_Timeline::drawZoomedRuler(QPainter& painte
         const double textWidth = metrics.horizontalAdvance(label);
         const QRectF place(left + Ruler_Pitch - textWidth - 5, H - 15, textWidth, metrics.height());
         painter.drawText(To_Top_Left(place, H), Qt::AlignLeft | Qt::AlignBottom, label);
+        wanted << ms;
+        const QImage* thumbnail = zoomStrip->nearest(ms);
         const qsizetype count = session.array_Thumbnails.size();
-        if (count == 0 || !(wholeStep > 0.0))
+        if (!zoomStrip->has(ms) && count > 0 && wholeStep > 0.0) {
+            const auto nearest = static_cast<qsizetype>(
+                std::clamp(std::llround(t / wholeStep), 1LL, static_cast<long long>(count)) - 1);
+            const double wholeAt = wholeStep * static_cast<double>(nearest + 1);
+            const double madeAt = thumbnail ? std::abs(static_cast<double>(ms) / 1000.0 - t) : 0.0;
+            if (!thumbnail || std::abs(wholeAt - t) < madeAt)
+                thumbnail = &session.array_Thumbnails.at(nearest);
+        }
+        if (!thumbnail)
             continue;
-        const auto nearest =
-            static_cast<qsizetype>(std::clamp(std::llround((t - step / 2.0) / wholeStep), 1LL,
-                                              static_cast<long long>(count)) -
-                                   1);
-        const QImage& thumbnail = session.array_Thumbnails.at(nearest);
-        strip.bottom = Thumbnail_Bottom(thumbnail.height());
-        strip.height = thumbnail.height();
-        const QRectF image(left, strip.bottom, thumbnail.width(), thumbnail.height());
-        painter.drawImage(To_Top_Left(image, H), thumbnail);
+        strip.bottom = Thumbnail_Bottom(thumbnail->height());
+        strip.height = thumbnail->height();
+        const QRectF image(left, strip.bottom, thumbnail->width(), thumbnail->height());
+        painter.drawImage(To_Top_Left(image, H), *thumbnail);
     }
+    // Made in the background, once no command is running.
+    if (!session.commandGate.isBusy() && !session.s_File_Path.isEmpty())
+        zoomStrip->want(session.sffmpegPath, session.s_File_Path,
+                        session.s_Output_Folder + QStringLiteral("/zoom-thumbnail.bmp"), wanted);
     return strip;
 }
 

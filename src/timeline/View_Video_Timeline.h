@@ -8,6 +8,7 @@
 class AppDelegate;
 class QPainter;
 class QScrollBar;
+class Zoom_Thumbnails;
 
 // The strip that shows the whole file: ruler, thumbnails as a film strip, the playhead with
 // its knob, a flag at each end of every segment and shading over what no segment keeps.
@@ -27,6 +28,7 @@ public:
 
     // The part of the file shown; zoomed by Ctrl+wheel (around the pointer) or these.
     const Timeline_Zoom& zoom() const { return range; }
+    const Zoom_Thumbnails& zoomThumbnails() const { return *zoomStrip; }
     void Zoom_Around_Playhead(double factor);
     void Zoom_Whole_File();
     // Scrolls the zoomed view to show a position (the preview's, while it plays).
@@ -76,6 +78,7 @@ private:
     AppDelegate& session;
     QString s_Fetched_For; // width, duration and file of the thumbnails fetched last
     Timeline_Zoom range;
-    QScrollBar* scrollBar = nullptr;  // under the view while zoomed in
-    float f_Followed_Position = 0.0f; // the playhead at the last draw
+    QScrollBar* scrollBar = nullptr;      // under the view while zoomed in
+    Zoom_Thumbnails* zoomStrip = nullptr; // the thumbnails of the zoomed range
+    float f_Followed_Position = 0.0f;     // the playhead at the last draw
 };

@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "player/Preview_Player.h"
 #include "timeline/View_Video_Timeline.h"
+#include "timeline/Zoom_Thumbnails.h"
 #include "tools/TimeStrings.h"
 
 #include <QAction>
@@ -301,6 +302,13 @@ void Test_Frame_Steps::zoom()
     QVERIFY(!view->zoom().whole());
     QVERIFY(qAbs(view->zoom().pointsPerSecond() / 25.0 - 10.0) < 0.1);
     QTRY_VERIFY(view->size() != wholeSize); // the scroll bar is shown under it
+    // The strip is made again for the visible range: the second slot shows the frame at its
+    // right edge, not the whole file's thumbnail nearest to it.
+    const double slotEnd = D * view->zoom().first() / 100.0 + 2 * 81.0 / zoomed;
+    const auto slotMs = static_cast<qint64>(std::floor(slotEnd * 1000.0));
+    QTRY_VERIFY_WITH_TIMEOUT(view->zoomThumbnails().has(slotMs), 20000);
+    QVERIFY(Test_Media::frameDistance(*view->zoomThumbnails().nearest(slotMs),
+                                      clips.filePath("ten.mp4"), slotEnd, slotEnd + 0.4) < 256);
     for (const int dx : {-47, 3, 36}) {
         const double x = pointer + dx;
         const int frame = static_cast<int>(std::floor((2.02 + dx / zoomed) * 25.0));
