@@ -321,5 +321,6 @@ private:
     quint64 u_Thumbnail_Chain = 0;   // which run of the thumbnail chain is current
     bool b_Preparing = false;        // the opened file's preparation holds the command gate
     bool b_Cancel_Requested = false; // the running command stops at its next step
+    int i_Last_Progress_Run = -1;    // the tool log's entry of the last run under the sheet
     QMap<QString, QDateTime> map_Work_Folder_Before; // the work folder when the sheet came up
 };

@@ -228,7 +228,7 @@ bool Batch_Cut::runFfmpeg(const Segment_Cut_Run& run)
         return false;
     }
     if (result.killed || result.exitCode != 0) {
-        const Tool_Run& logged = runner.log().newest();
+        const Tool_Run& logged = runner.log().run(result.logEntry);
         const QString how =
             result.killed ? QStringLiteral("ffmpeg was stopped")
                           : QStringLiteral("ffmpeg ended with status %1").arg(result.exitCode);

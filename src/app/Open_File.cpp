@@ -222,7 +222,7 @@ void AppDelegate::Abandon_Opened_File(bool tellUnreadable)
 // working copy that does not match the file: the opening ends there and says so.
 bool AppDelegate::Abandoned_After_Failed_Run()
 {
-    const Tool_Run& run = toolRunner.log().newest();
+    const Tool_Run& run = toolRunner.log().run(i_Last_Progress_Run);
     if (!run.failed())
         return false;
     const QString name = QFileInfo(s_File_Path).fileName();

@@ -65,6 +65,7 @@ bool AppDelegate::Run_Tool_With_Progress(const QString& tool, const QStringList&
     // A source without sound says so by a status of 1 and no sound file.
     const bool statusIsAnswer = type == Progress_Prepare_Sound;
     const Tool_Result result = toolRunner.run(tool, arguments, {{}, true, statusIsAnswer});
+    i_Last_Progress_Run = result.logEntry;
     terminatedNotification();
     if (b_Cancel_Requested) {
         Finish_Cancelled_Command();

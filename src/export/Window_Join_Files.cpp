@@ -110,8 +110,7 @@ void Window_Join_Files::Add_Files(const QStringList& paths)
     QStringList refused;
     for (const QString& chosen : paths) {
         const QString path = QFileInfo(chosen).absoluteFilePath();
-        emit session.toolStarted(ffprobe, Media_Probe_Arguments(path));
-        const Media_Probe_Result probe = Probe_Media_File(ffprobe, path);
+        const Media_Probe_Result probe = Probe_Media_File(session.toolRunner, ffprobe, path);
         if (!probe.toolStarted) {
             session.Report_Tool_Not_Started(ffprobe);
             return;
@@ -314,7 +313,7 @@ bool Window_Join_Files::Run_Join(const Join_Planner& plan, const QString& output
                 {QStringLiteral("The files could not be joined"),
                  QStringLiteral("ffmpeg stopped with status %1: %2")
                      .arg(result.exitCode)
-                     .arg(lastWords(session.toolRunner.log().newest().errorTail)),
+                     .arg(lastWords(session.toolRunner.log().run(result.logEntry).errorTail)),
                  {QStringLiteral("OK")}});
         return false;
     }

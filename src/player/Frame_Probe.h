@@ -1,6 +1,7 @@
 #pragma once
 
 #include "player/Frame_Index.h"
+#include "tools/Tool_Log.h"
 
 #include <QObject>
 #include <QProcess>
@@ -12,7 +13,8 @@
 class Frame_Probe : public QObject {
     Q_OBJECT
 public:
-    explicit Frame_Probe(QString ffprobe, QObject* parent = nullptr);
+    // Each run is kept in the log, as every tool run of the session is.
+    Frame_Probe(QString ffprobe, Tool_Log& log, QObject* parent = nullptr);
     ~Frame_Probe() override;
 
     // Forgets the times known and starts reading the file's; an empty path only forgets.
@@ -28,6 +30,8 @@ private:
     void ended(int exitCode, QProcess::ExitStatus status);
 
     QString tool;
+    Tool_Log& log;
     QProcess* process = nullptr;
+    int i_Log_Entry = -1;
     std::optional<Frame_Index> known;
 };

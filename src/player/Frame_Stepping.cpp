@@ -30,7 +30,8 @@ struct Step_Command {
 void AppDelegate::Wire_Frame_Steps()
 {
     frameProbe = new Frame_Probe(
-        Locate_Tool(QStringLiteral("ffprobe"), QCoreApplication::applicationDirPath()), this);
+        Locate_Tool(QStringLiteral("ffprobe"), QCoreApplication::applicationDirPath()),
+        toolRunner.log(), this);
     connect(this, &AppDelegate::preparationFinished, frameProbe,
             [this](bool ready) { frameProbe->probe(ready ? sVideoFile : QString()); });
 

@@ -1,7 +1,7 @@
 #include "tools/Media_Probe.h"
 
 #include "tools/Tool_Locator.h"
-#include "tools/Tool_Process.h"
+#include "tools/Tool_Runner.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -160,19 +160,20 @@ Media_Probe_Result Read_Media_Info(const QString& path, const QByteArray& output
     return {info, {}, true};
 }
 
-Media_Probe_Result Probe_Media_File(const QString& ffprobe, const QString& path)
+Media_Probe_Result Probe_Media_File(Tool_Runner& runner, const QString& ffprobe,
+                                    const QString& path)
 {
     const QFileInfo file(path);
     if (!file.exists())
         return {std::nullopt, QStringLiteral("it does not exist"), true};
     if (file.isDir())
         return {std::nullopt, QStringLiteral("it is a folder"), true};
-    Tool_Process process;
-    process.start(ffprobe, Media_Probe_Arguments(path), Tool_Process::Output::Merged);
-    process.waitForEnd(QEventLoop::ExcludeUserInputEvents);
-    if (process.failedToStart())
+    // A file that is no video answers with a status of 1 and its reason.
+    const Tool_Result result = runner.run(ffprobe, Media_Probe_Arguments(path),
+                                          {Tool_Process::Output::Merged, false, true});
+    if (!result.started)
         return {std::nullopt, {}, false};
-    return Read_Media_Info(path, process.mergedOutput());
+    return Read_Media_Info(path, result.output);
 }
 
 QString Locate_Ffprobe(const QString& ffmpeg, const QString& executableFolder)

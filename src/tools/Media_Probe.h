@@ -6,6 +6,8 @@
 
 #include <optional>
 
+class Tool_Runner;
+
 // What ffprobe says about a file's first picture and first sound.
 struct Media_Info {
     QString path;
@@ -45,7 +47,8 @@ QStringList Media_Probe_Arguments(const QString& path);
 Media_Probe_Result Read_Media_Info(const QString& path, const QByteArray& output);
 
 // Runs ffprobe on the file and reads its answer; the event loop turns meanwhile.
-Media_Probe_Result Probe_Media_File(const QString& ffprobe, const QString& path);
+Media_Probe_Result Probe_Media_File(Tool_Runner& runner, const QString& ffprobe,
+                                    const QString& path);
 
 // ffprobe comes with ffmpeg: the resource folders, then beside ffmpeg's real file, then PATH.
 QString Locate_Ffprobe(const QString& ffmpeg, const QString& executableFolder);

@@ -44,7 +44,6 @@ public:
     void finish(int number, Tool_Run::Outcome outcome, int exitCode, const QByteArray& errorTail,
                 bool cancelled = false);
     const Tool_Run& run(int number) const { return array_Runs.at(number); }
-    const Tool_Run& newest() const { return array_Runs.constLast(); }
     // The run shown in a row (row 0 is the newest).
     const Tool_Run& runAtRow(int row) const;
     int size() const { return static_cast<int>(array_Runs.size()); }
