@@ -211,15 +211,21 @@ void View_Video_Timeline::drawRules(QPainter& painter) const
     fill(painter, QRectF(0, H - 32, width(), 1), Qt::black);
 }
 
-View_Video_Timeline::Strip View_Video_Timeline::drawRulerAndThumbnails(QPainter& painter)
+// The ruler's labels: 10 pixels high whatever the screen's resolution, in black.
+QFontMetricsF View_Video_Timeline::useRulerFont(QPainter& painter)
 {
-    const double H = height();
-    Strip strip;
     QFont font(QStringLiteral("Verdana"));
     font.setPixelSize(10);
     painter.setFont(font);
     painter.setPen(Qt::black);
-    const QFontMetricsF metrics(font);
+    return QFontMetricsF(font);
+}
+
+View_Video_Timeline::Strip View_Video_Timeline::drawRulerAndThumbnails(QPainter& painter)
+{
+    const double H = height();
+    Strip strip;
+    const QFontMetricsF metrics = useRulerFont(painter);
     const QList<Ruler_Slot> ruler = Ruler_Slots(session.i_Duration_in_Seconds, width());
     for (qsizetype i = 0; i < ruler.size(); ++i) {
         const Ruler_Slot& slot = ruler.at(i);
@@ -422,11 +428,7 @@ View_Video_Timeline::Strip View_Video_Timeline::drawZoomedRuler(QPainter& painte
     const double H = height();
     const double W = width();
     Strip strip;
-    QFont font(QStringLiteral("Verdana"));
-    font.setPixelSize(10);
-    painter.setFont(font);
-    painter.setPen(Qt::black);
-    const QFontMetricsF metrics(font);
+    const QFontMetricsF metrics = useRulerFont(painter);
     const double duration = static_cast<double>(session.i_Duration_in_Seconds);
     const double start = duration * range.first() / 100.0;
     const double step = Ruler_Pitch / range.pointsPerSecond();

@@ -2,6 +2,7 @@
 
 #include "timeline/Timeline_Zoom.h"
 
+#include <QFontMetricsF>
 #include <QRectF>
 #include <QWidget>
 
@@ -62,6 +63,7 @@ private:
     QPointF fromBottomLeft(QPointF point) const;
 
     void drawRules(QPainter& painter) const;
+    static QFontMetricsF useRulerFont(QPainter& painter);
     Strip drawRulerAndThumbnails(QPainter& painter);
     void drawFilmStrip(QPainter& painter, Strip strip) const;
     void drawPlayhead(QPainter& painter);
