@@ -51,8 +51,7 @@ private:
     QHash<QString, QList<QImage>> sourceFrames;
     QHash<QString, QList<double>> frameTimes; // as ffprobe lists them, from the first frame
     QHash<QString, QList<double>> keyframeTimes;
-    std::unique_ptr<Test_Session> session;
-    QString sessionClip;
+    Clip_Session session;
 };
 
 namespace {
@@ -112,13 +111,9 @@ void Test_Frame_Steps::initTestCase()
 
 AppDelegate* Test_Frame_Steps::sessionFor(const QString& clip)
 {
-    if (sessionClip != clip) {
-        session.reset();
-        sessionClip.clear();
-        session = std::make_unique<Test_Session>();
-        if (session->openAndWait(clips.filePath(clip)) != std::optional<bool>(true))
-            return nullptr;
-        sessionClip = clip;
+    bool fresh = false;
+    AppDelegate* const opened = session.open(clips.filePath(clip), &fresh);
+    if (opened && fresh) {
         // The frames of the file the preview plays: the working copy.
         const QString played = (*session)->sVideoFile;
         frameTimes[clip].clear();
@@ -127,7 +122,7 @@ AppDelegate* Test_Frame_Steps::sessionFor(const QString& clip)
         if (!probeFrames(played, frameTimes[clip], keyframeTimes[clip]))
             return nullptr;
     }
-    return &**session;
+    return opened;
 }
 
 QAction* Test_Frame_Steps::command(AppDelegate& s, const QString& text) const

@@ -38,8 +38,7 @@ private:
 
     QTemporaryDir clips;
     QHash<QString, QList<QImage>> sourceFrames;
-    std::unique_ptr<Test_Session> session;
-    QString sessionClip;
+    Clip_Session session;
 };
 
 void Test_Preview_Seek::initTestCase()
@@ -66,15 +65,7 @@ void Test_Preview_Seek::cleanupTestCase()
 
 AppDelegate* Test_Preview_Seek::sessionFor(const QString& clip)
 {
-    if (sessionClip != clip) {
-        session.reset();
-        sessionClip.clear();
-        session = std::make_unique<Test_Session>();
-        if (session->openAndWait(clips.filePath(clip)) != std::optional<bool>(true))
-            return nullptr;
-        sessionClip = clip;
-    }
-    return &**session;
+    return session.open(clips.filePath(clip));
 }
 
 void Test_Preview_Seek::playForAWhile(AppDelegate& s)

@@ -54,3 +54,23 @@ QList<QStringList> Test_Session::runsWith(const QString& text) const
             runs << run.second;
     return runs;
 }
+
+AppDelegate* Clip_Session::open(const QString& path, bool* fresh)
+{
+    if (fresh)
+        *fresh = s_Opened != path;
+    if (s_Opened != path) {
+        reset();
+        session = std::make_unique<Test_Session>();
+        if (session->openAndWait(path) != std::optional<bool>(true))
+            return nullptr;
+        s_Opened = path;
+    }
+    return &**session;
+}
+
+void Clip_Session::reset()
+{
+    session.reset();
+    s_Opened.clear();
+}

@@ -38,3 +38,19 @@ public:
 private:
     std::unique_ptr<AppDelegate> session;
 };
+
+// One session at a time with a clip opened in it, kept while the same clip is asked for again.
+class Clip_Session {
+public:
+    // The session with the file opened and prepared, or nothing when it could not be; *fresh
+    // tells whether it was opened just now.
+    AppDelegate* open(const QString& path, bool* fresh = nullptr);
+    void reset();
+
+    Test_Session* operator->() { return session.get(); }
+    Test_Session& operator*() { return *session; }
+
+private:
+    std::unique_ptr<Test_Session> session;
+    QString s_Opened;
+};
