@@ -8,6 +8,9 @@ set(CORVANTA_CORE_SOURCES
     src/app/Qt_Translations.cpp src/app/Qt_Translations.h
     src/app/Work_Folder.cpp src/app/Work_Folder.h
     src/export/Export_Arguments.cpp src/export/Export_Arguments.h
+    src/export/Fast_Cut_Arguments.cpp src/export/Fast_Cut_Arguments.h
+    src/export/Fast_Cut_Plan.cpp src/export/Fast_Cut_Plan.h
+    src/export/Fast_Cutter.cpp src/export/Fast_Cutter.h
     src/hotkeys/Hot_Key_Registry.cpp src/hotkeys/Hot_Key_Registry.h
     src/hotkeys/Object_Shortcut.cpp src/hotkeys/Object_Shortcut.h
     src/export/Image_Export.cpp src/export/Image_Export.h
@@ -54,6 +57,7 @@ set(CORVANTA_GUI_SOURCES
     src/app/StartUp.cpp
     src/app/Tool_Runs.cpp
     src/export/Concatenate.cpp
+    src/export/Fast_Trim.cpp
     src/export/Join_Files.cpp
     src/export/Photos.cpp
     src/export/Segment_Export.cpp

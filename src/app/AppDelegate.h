@@ -3,6 +3,7 @@
 #include "app/Command_Gate.h"
 #include "app/Prompts.h"
 #include "timeline/Segment_List.h"
+#include "tools/Progress.h"
 #include "tools/Tool_Runner.h"
 
 #include <QDateTime>
@@ -37,6 +38,7 @@ class Window_Export_To_Photos;
 class Window_Join_Files;
 class Window_Order_Concatenate;
 class Window_Progress;
+struct Fast_Cut_Run;
 class Window_Tool_Log;
 
 // What probing a file found: its duration text, or why there is none.
@@ -159,6 +161,13 @@ public:
 
     // Joining any files, losslessly where they match (export/Join_Files.cpp).
     void OnMenuFileJoinFiles();
+
+    // Cuts in the source's own format, copying what need not be re-encoded
+    // (export/Fast_Trim.cpp).
+    void OnMenuFileFastTrim();
+    void OnMenuFileFastSlice();
+    std::optional<QStringList> Fast_Cut_Into_Work_Folder(bool slice);
+    std::optional<Tool_Result> Run_Fast_Cut_Tool(const Fast_Cut_Run& run);
 
     // Image exports (export/Photos.cpp).
     void OnToolbarPhoto();
@@ -322,5 +331,6 @@ private:
     bool b_Preparing = false;        // the opened file's preparation holds the command gate
     bool b_Cancel_Requested = false; // the running command stops at its next step
     int i_Last_Progress_Run = -1;    // the tool log's entry of the last run under the sheet
+    Job_Share fastCutShare;          // the running fast cut run's part of the whole cut
     QMap<QString, QDateTime> map_Work_Folder_Before; // the work folder when the sheet came up
 };

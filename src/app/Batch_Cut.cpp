@@ -1,6 +1,7 @@
 #include "app/Batch_Cut.h"
 
 #include "export/Export_Arguments.h"
+#include "export/Fast_Cutter.h"
 #include "tools/Progress.h"
 #include "tools/TimeStrings.h"
 #include "tools/Tool_Arguments.h"
@@ -139,20 +140,37 @@ std::optional<QString> Batch_Cut::cutFile(const QString& file, QStringList& writ
     const QTemporaryDir work;
     if (!work.isValid())
         return QStringLiteral("no temporary folder could be made: %1").arg(work.errorString());
-    Segment_Cutter cutter({file, *duration, import.segments, *audio, work.path()},
-                          [this](const Segment_Cut_Run& run) { return runFfmpeg(run); });
     failedRun.clear();
-    const bool done = request.slice ? cutter.cut(1, Progress_Slice_Segment)
-                                    : cutter.cut(0, Progress_Trim_Segment) && cutter.join();
-    if (!done)
-        return missingTool.isEmpty() ? failedRun
-                                     : QStringLiteral("%1 could not be started")
-                                           .arg(QFileInfo(missingTool).fileName());
+    QStringList made;
+    if (request.fast) {
+        Fast_Cut_Job job{file, {}, request.slice, work.path()};
+        for (const Object_Segment& segment : import.segments)
+            job.segments.append({Seconds_From_Position(*duration, segment.f_Start),
+                                 Seconds_From_Position(*duration, segment.f_End)});
+        Fast_Cutter cutter(job, ffmpeg, ffprobe,
+                           [this](const Fast_Cut_Run& run) { return runFastTool(run); });
+        if (!cutter.prepare() || !cutter.cut())
+            return missingTool.isEmpty()
+                       ? (cutter.problem().isEmpty() ? failedRun : cutter.problem())
+                       : QStringLiteral("%1 could not be started")
+                             .arg(QFileInfo(missingTool).fileName());
+        made = cutter.results();
+    } else {
+        Segment_Cutter cutter({file, *duration, import.segments, *audio, work.path()},
+                              [this](const Segment_Cut_Run& run) { return runFfmpeg(run); });
+        const bool done = request.slice ? cutter.cut(1, Progress_Slice_Segment)
+                                        : cutter.cut(0, Progress_Trim_Segment) && cutter.join();
+        if (!done)
+            return missingTool.isEmpty() ? failedRun
+                                         : QStringLiteral("%1 could not be started")
+                                               .arg(QFileInfo(missingTool).fileName());
+        for (qsizetype i = 0; i < results.size(); ++i)
+            made << (request.slice ? cutter.piecePath(static_cast<int>(i) + 1)
+                                   : cutter.joinedPath());
+    }
     for (qsizetype i = 0; i < results.size(); ++i) {
-        const QString made =
-            request.slice ? cutter.piecePath(static_cast<int>(i) + 1) : cutter.joinedPath();
         // A rename never replaces a file that has appeared at the target meanwhile.
-        if (!QFile::rename(made, results.at(i)))
+        if (!QFile::rename(made.at(i), results.at(i)))
             return QStringLiteral("%1 could not be written").arg(results.at(i));
         written << results.at(i);
     }
@@ -206,15 +224,15 @@ QStringList Batch_Cut::targets(const QString& file, qsizetype count) const
     const QDir folder(request.outputFolder.isEmpty() ? source.absolutePath()
                                                      : request.outputFolder);
     const QString base = source.completeBaseName();
+    // A fast cut keeps the file's own container.
+    const QString extension = request.fast    ? source.suffix()
+                              : request.slice ? QFileInfo(Segment_Video_Path(base, 1)).suffix()
+                                              : QFileInfo(Trim_Video_Path(base)).suffix();
     if (!request.slice)
-        return {folder.filePath(
-            QStringLiteral("%1-cut.%2").arg(base, QFileInfo(Trim_Video_Path(base)).suffix()))};
+        return {folder.filePath(QStringLiteral("%1-cut.%2").arg(base, extension))};
     QStringList names;
     for (int k = 1; k <= count; ++k)
-        names << folder.filePath(QStringLiteral("%1-%2.%3")
-                                     .arg(base)
-                                     .arg(k)
-                                     .arg(QFileInfo(Segment_Video_Path(base, k)).suffix()));
+        names << folder.filePath(QStringLiteral("%1-%2.%3").arg(base).arg(k).arg(extension));
     return names;
 }
 
@@ -237,6 +255,26 @@ bool Batch_Cut::runFfmpeg(const Segment_Cut_Run& run)
         return false;
     }
     return true;
+}
+
+std::optional<Tool_Result> Batch_Cut::runFastTool(const Fast_Cut_Run& run)
+{
+    runner.setStep(lowered(run.step));
+    const Tool_Result result = runner.run(
+        run.tool, run.arguments,
+        {run.merged ? Tool_Process::Output::Merged : Tool_Process::Output::Separate, false, false});
+    if (!result.started) {
+        missingTool = run.tool;
+        return std::nullopt;
+    }
+    if (result.killed || result.exitCode != 0) {
+        const Tool_Run& logged = runner.log().run(result.logEntry);
+        failedRun = QStringLiteral("%1 ended with status %2 while %3: %4")
+                        .arg(QFileInfo(run.tool).fileName())
+                        .arg(result.exitCode)
+                        .arg(logged.step, logged.lastErrorLines(1).trimmed());
+    }
+    return result;
 }
 
 int Run_Batch_Cut(const Batch_Cut_Request& request)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Command_Line.h"
+#include "export/Fast_Cutter.h"
 #include "export/Segment_Cutter.h"
 #include "timeline/Cut_List.h"
 #include "tools/Tool_Runner.h"
@@ -31,6 +32,7 @@ private:
     std::optional<bool> hasAudio(const QString& file);
     QStringList targets(const QString& file, qsizetype count) const;
     bool runFfmpeg(const Segment_Cut_Run& run);
+    std::optional<Tool_Result> runFastTool(const Fast_Cut_Run& run);
 
     Batch_Cut_Request request;
     QString ffmpeg;

@@ -7,11 +7,11 @@
 
 namespace {
 
-const QString usage =
-    QStringLiteral("Usage: corvanta [options] [FILE]\n"
-                   "       corvanta --cut-list LIST [--slice] [--output-dir DIR] FILE...\n");
+const QString usage = QStringLiteral(
+    "Usage: corvanta [options] [FILE]\n"
+    "       corvanta --cut-list LIST [--slice] [--fast] [--output-dir DIR] FILE...\n");
 
-enum Option { Help, Version, Cut_List, Slice, Output_Dir };
+enum Option { Help, Version, Cut_List, Slice, Fast, Output_Dir };
 
 const QList<QCommandLineOption>& options()
 {
@@ -24,6 +24,9 @@ const QList<QCommandLineOption>& options()
          QStringLiteral("LIST")},
         {QStringLiteral("slice"),
          QStringLiteral("With --cut-list: a file per cut, not the cuts joined.")},
+        {QStringLiteral("fast"),
+         QStringLiteral("With --cut-list: cut as Fast Trim and Fast Slice do, in the file's "
+                        "own format, copying what need not be re-encoded.")},
         {QStringLiteral("output-dir"),
          QStringLiteral("With --cut-list: write into DIR instead of beside each FILE."),
          QStringLiteral("DIR")}};
@@ -95,6 +98,7 @@ Command_Line batchCut(const QCommandLineParser& parser)
     Batch_Cut_Request request;
     request.cutList = absolute(parser.value(option(Cut_List)));
     request.slice = parser.isSet(option(Slice));
+    request.fast = parser.isSet(option(Fast));
     if (parser.isSet(option(Output_Dir)))
         request.outputFolder = absolute(parser.value(option(Output_Dir)));
     for (const QString& file : files)
@@ -136,8 +140,9 @@ Command_Line Parse_Command_Line(const QStringList& arguments, const QString& sho
         return answer(QStringLiteral("corvanta %1\n").arg(Corvanta_Version()));
     if (parser.isSet(option(Cut_List)))
         return batchCut(parser);
-    if (parser.isSet(option(Slice)) || parser.isSet(option(Output_Dir)))
-        return failure(QStringLiteral("--slice and --output-dir go with --cut-list."));
+    if (parser.isSet(option(Slice)) || parser.isSet(option(Fast)) ||
+        parser.isSet(option(Output_Dir)))
+        return failure(QStringLiteral("--slice, --fast and --output-dir go with --cut-list."));
 
     const QStringList files = parser.positionalArguments();
     if (files.size() > 1)

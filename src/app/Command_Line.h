@@ -9,6 +9,7 @@
 struct Batch_Cut_Request {
     QString cutList;
     bool slice = false;   // one file per cut instead of the cuts joined into one
+    bool fast = false;    // cut as Fast Trim / Fast Slice: the file's own format, copied
     QString outputFolder; // empty: beside each file
     QStringList files;    // in the order given
 };

@@ -71,6 +71,11 @@ void MainWindow::wireActions()
          &AppDelegate::OnMenuFileOpenVideo);
     wire(form->actionTrim, QKeySequence(Qt::CTRL | Qt::Key_T), &AppDelegate::OnMenuFileTrim);
     wire(form->actionSlice, QKeySequence(Qt::CTRL | Qt::Key_L), &AppDelegate::OnMenuFileSlice);
+    // Ctrl+Alt+T and Ctrl+Alt+L open a terminal and lock the screen on most desktops.
+    wire(form->actionFastTrim, QKeySequence(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_T),
+         &AppDelegate::OnMenuFileFastTrim);
+    wire(form->actionFastSlice, QKeySequence(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_L),
+         &AppDelegate::OnMenuFileFastSlice);
     wireFree(form->actionQuit, standardOr(QKeySequence::Quit, QKeySequence(Qt::CTRL | Qt::Key_Q)),
              &AppDelegate::OnMenuQuit);
     // Quit also answers from the progress window, which may have the focus.

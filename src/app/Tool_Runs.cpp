@@ -81,12 +81,19 @@ bool AppDelegate::Run_Tool_With_Progress(const QString& tool, const QStringList&
 
 void AppDelegate::errData(const QByteArray& chunk)
 {
-    if (chunk.isEmpty() || u_Type_Progress >= Progress_Audio_Trim_Extract)
+    if (chunk.isEmpty() ||
+        (u_Type_Progress >= Progress_Audio_Trim_Extract && u_Type_Progress != Progress_Whole_Job))
         return;
     const std::optional<quint64> seconds =
         Progress_Seconds_From_Status_Chunk(QString::fromUtf8(chunk));
     if (!seconds)
         return;
+    if (u_Type_Progress == Progress_Whole_Job) {
+        if (windowProgress)
+            windowProgress->reportSeconds(*seconds);
+        Set_Progress_Value(Job_Percentage(fastCutShare, static_cast<double>(*seconds)));
+        return;
+    }
     if (windowProgress)
         windowProgress->reportSeconds(*seconds);
     const Progress_Bases bases{i_Orig_Duration_in_Seconds, u_Duration_Segment_in_Seconds,

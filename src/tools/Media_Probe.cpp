@@ -78,6 +78,12 @@ double number(const QJsonObject& object, const char* key)
     return value.isString() ? value.toString().toDouble() : value.toDouble();
 }
 
+// ffprobe's "unknown" as nothing.
+QString known(const QString& value)
+{
+    return value == QStringLiteral("unknown") ? QString() : value;
+}
+
 } // namespace
 
 double Media_Info::displayWidth() const
@@ -150,6 +156,15 @@ Media_Probe_Result Read_Media_Info(const QString& path, const QByteArray& output
     info.frameRate = text(video, "r_frame_rate");
     info.timeBase = text(video, "time_base");
     info.rotation = rotationOf(video);
+    info.level = video.value(QStringLiteral("level")).toInt();
+    info.reorderDelay = video.value(QStringLiteral("has_b_frames")).toInt();
+    info.fieldOrder = known(text(video, "field_order"));
+    info.colorRange = known(text(video, "color_range"));
+    info.colorSpace = known(text(video, "color_space"));
+    info.colorTransfer = known(text(video, "color_transfer"));
+    info.colorPrimaries = known(text(video, "color_primaries"));
+    info.formatName = text(format, "format_name");
+    info.startTime = number(format, "start_time");
     if (info.width <= 0 || info.height <= 0 || !(Rate_Value(info.frameRate) > 0))
         return {std::nullopt, QStringLiteral("its picture has no size or frame rate"), true};
 
@@ -157,6 +172,7 @@ Media_Probe_Result Read_Media_Info(const QString& path, const QByteArray& output
     info.audioCodec = text(audio, "codec_name");
     info.sampleRate = static_cast<int>(number(audio, "sample_rate"));
     info.channels = audio.value(QStringLiteral("channels")).toInt();
+    info.audioBitRate = static_cast<qint64>(number(audio, "bit_rate"));
     return {info, {}, true};
 }
 

@@ -22,11 +22,18 @@ struct Media_Info {
     QString frameRate;    // r_frame_rate, "30000/1001"
     QString timeBase;     // "1/12800"
     int rotation = 0;     // degrees the player turns the picture: 0, 90, 180 or 270
+    int level = 0;        // as ffprobe gives it: 40 for H.264 level 4.0, 120 for HEVC 4.0
+    int reorderDelay = 0; // has_b_frames: pictures held back for B-frames
+    QString fieldOrder;   // "progressive", "tt", ...; empty when unknown
+    QString colorRange, colorSpace, colorTransfer, colorPrimaries; // empty when unknown
+    QString formatName;     // "mov,mp4,m4a,3gp,3g2,mj2", "mpeg", "matroska,webm"
+    double startTime = 0.0; // the container's start: times in the file count from here
 
     bool hasAudio = false;
     QString audioCodec; // "aac"
     int sampleRate = 0;
     int channels = 0;
+    qint64 audioBitRate = 0; // 0 when unknown
 
     // The picture as shown: rotation applied, stretched by the sample aspect.
     double displayWidth() const;

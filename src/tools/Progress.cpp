@@ -2,6 +2,7 @@
 
 #include "tools/TimeStrings.h"
 
+#include <algorithm>
 #include <cmath>
 
 std::optional<quint64> Progress_Seconds_From_Status_Chunk(QStringView chunk)
@@ -57,4 +58,12 @@ bool Progress_Type_Closes_Sheet(quint64 type)
 {
     return type == Progress_Prepare_Sound || type == Progress_Trim_Join ||
            type == Progress_Concatenate_Join;
+}
+
+float Job_Percentage(const Job_Share& share, double seconds)
+{
+    if (!(share.total > 0.0))
+        return 0.0f;
+    const double part = share.seconds > 0.0 ? std::clamp(seconds / share.seconds, 0.0, 1.0) : 0.0;
+    return static_cast<float>((share.doneBefore + share.weight * part) * 100.0 / share.total);
 }

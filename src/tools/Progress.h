@@ -16,7 +16,20 @@ enum Progress_Type : quint64 {
     Progress_Concatenate_Convert = 6,
     Progress_Audio_Trim_Extract = 7,
     Progress_Audio_Split_Extract = 8,
+    Progress_Whole_Job = 9, // a run measured as its share of a job of several runs
 };
+
+// A run's place in a job of several: the work done before it, its own part, the seconds of
+// media it writes, and the whole.
+struct Job_Share {
+    double doneBefore = 0.0;
+    double weight = 0.0;
+    double seconds = 0.0;
+    double total = 0.0;
+};
+
+// The job's percentage once the run has written SECONDS of its media.
+float Job_Percentage(const Job_Share& share, double seconds);
 
 struct Progress_Bases {
     quint64 i_Orig_Duration_in_Seconds = 0;

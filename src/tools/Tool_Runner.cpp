@@ -26,6 +26,7 @@ Tool_Result Tool_Runner::run(const QString& tool, const QStringList& arguments,
     result.killed = process.killed();
     result.exitCode = process.exitCode();
     result.output = process.mergedOutput();
+    result.errors = process.errorTail();
     result.logEntry = number;
     const Tool_Run::Outcome outcome = !result.started ? Tool_Run::Outcome::Could_Not_Start
                                       : result.killed ? Tool_Run::Outcome::Killed

@@ -18,6 +18,7 @@ struct Tool_Result {
     bool killed = false;
     int exitCode = -1;
     QByteArray output; // both channels, for Output::Merged
+    QByteArray errors; // the last few kilobytes of standard error
     int logEntry = -1; // its number in the log
     bool ended() const { return started && !cancelled; }
 };

@@ -50,10 +50,11 @@ void Test_Command_Line::parses_data()
     QTest::newRow("--slice without --cut-list")
         << QStringList{QStringLiteral("--slice"), QStringLiteral("a.mp4")} << false << 2
         << QString() << QString()
-        << QStringLiteral("corvanta: --slice and --output-dir go with --cut-list.\n");
+        << QStringLiteral("corvanta: --slice, --fast and --output-dir go with --cut-list.\n");
     QTest::newRow("--output-dir without --cut-list")
         << QStringList{QStringLiteral("--output-dir"), QStringLiteral("/tmp")} << false << 2
-        << QString() << QString() << QStringLiteral("corvanta: --slice and --output-dir go");
+        << QString() << QString()
+        << QStringLiteral("corvanta: --slice, --fast and --output-dir go");
     QTest::newRow("--cut-list without a FILE")
         << QStringList{QStringLiteral("--cut-list"), QStringLiteral("cuts.csv")} << false << 2
         << QString() << QString()
@@ -170,7 +171,8 @@ void Test_Command_Line::helpListsUsageOptionsAndShortcutsPage()
         QVERIFY(lines.contains(QStringLiteral("  -v, --version     Show the version and end.")));
         QCOMPARE(
             lines.at(1),
-            QStringLiteral("       corvanta --cut-list LIST [--slice] [--output-dir DIR] FILE..."));
+            QStringLiteral(
+                "       corvanta --cut-list LIST [--slice] [--fast] [--output-dir DIR] FILE..."));
         QVERIFY(lines.contains(QStringLiteral("  --output-dir DIR  With --cut-list: write into "
                                               "DIR instead of beside each FILE.")));
         QVERIFY(lines.contains(QStringLiteral("  ") + page));
