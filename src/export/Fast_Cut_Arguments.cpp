@@ -70,34 +70,45 @@ QStringList colourArguments(const Media_Info& source)
     return arguments;
 }
 
-QStringList h264Encoder(const Media_Info& source)
+// The pieces are short and a constant quality holds them near their source, so the fastest
+// preset does; the B-frame structure it would drop is set again explicitly.
+QStringList h264Encoder(const Media_Info& source, bool oneGop)
 {
     QStringList arguments{QStringLiteral("-c:v"),    QStringLiteral("libx264"),
                           QStringLiteral("-crf"),    QStringLiteral("18"),
-                          QStringLiteral("-preset"), QStringLiteral("veryfast")};
-    if (const QString profile = x264Profile(source.videoProfile); !profile.isEmpty())
+                          QStringLiteral("-preset"), QStringLiteral("ultrafast")};
+    const QString profile = x264Profile(source.videoProfile);
+    if (!profile.isEmpty())
         arguments << QStringLiteral("-profile:v") << profile;
     if (source.level > 0)
         arguments << QStringLiteral("-level:v") << QString::number(source.level / 10.0, 'f', 1);
-    // Its own parameter set numbers, so that the copied pictures keep the source's.
-    QString params = QStringLiteral("keyint=infinite:scenecut=0:open-gop=0:sps-id=1");
+    // Parameter set numbers of its own, so that the copied pictures keep the source's.
+    QString params = oneGop ? QStringLiteral("keyint=infinite:scenecut=0:open-gop=0:sps-id=31")
+                            : QStringLiteral("open-gop=0:sps-id=31");
     params += source.reorderDelay == 0   ? QStringLiteral(":bframes=0")
               : source.reorderDelay == 1 ? QStringLiteral(":bframes=3:b-pyramid=none")
                                          : QStringLiteral(":bframes=3:b-pyramid=normal");
+    // x264 names the least profile the tools it uses need: the ones that make it the source's.
+    if (profile.startsWith(QStringLiteral("high")))
+        params += QStringLiteral(":8x8dct=1:cabac=1");
+    else if (profile == QStringLiteral("main"))
+        params += QStringLiteral(":cabac=1");
     if (interlaced(source))
         params += topFieldFirst(source) ? QStringLiteral(":tff=1") : QStringLiteral(":bff=1");
     return arguments << QStringLiteral("-x264-params") << params;
 }
 
-QStringList hevcEncoder(const Media_Info& source)
+QStringList hevcEncoder(const Media_Info& source, bool oneGop)
 {
     QStringList arguments{QStringLiteral("-c:v"),    QStringLiteral("libx265"),
                           QStringLiteral("-crf"),    QStringLiteral("18"),
-                          QStringLiteral("-preset"), QStringLiteral("veryfast")};
+                          QStringLiteral("-preset"), QStringLiteral("ultrafast")};
     const QString profile = source.videoProfile.toLower();
     if (profile == QStringLiteral("main") || profile == QStringLiteral("main 10"))
         arguments << QStringLiteral("-profile:v") << QString(profile).remove(u' ');
-    QString params = QStringLiteral("log-level=error:keyint=-1:scenecut=0:open-gop=0");
+    QString params = QStringLiteral("log-level=error");
+    if (oneGop)
+        params += QStringLiteral(":keyint=-1:scenecut=0:open-gop=0");
     params += source.reorderDelay == 0 ? QStringLiteral(":bframes=0")
                                        : QStringLiteral(":bframes=4:b-pyramid=1");
     if (source.level > 0)
@@ -105,14 +116,14 @@ QStringList hevcEncoder(const Media_Info& source)
     return arguments << QStringLiteral("-x265-params") << params;
 }
 
-QStringList mpeg2Encoder(const Media_Info& source)
+QStringList mpeg2Encoder(const Media_Info& source, bool oneGop)
 {
     QStringList arguments{QStringLiteral("-c:v"),
                           QStringLiteral("mpeg2video"),
                           QStringLiteral("-q:v"),
                           QStringLiteral("2"),
                           QStringLiteral("-g"),
-                          QStringLiteral("600"),
+                          oneGop ? QStringLiteral("600") : QStringLiteral("15"),
                           QStringLiteral("-bf"),
                           source.reorderDelay > 0 ? QStringLiteral("2") : QStringLiteral("0"),
                           QStringLiteral("-flags"),
@@ -151,14 +162,13 @@ QStringList soundEncoding(const Media_Info& source, const QString& encoder)
     return arguments;
 }
 
-// One input per segment, seeking before it and stopping at the segment's end.
-QStringList segmentInputs(const QString& path, const QList<Fast_Cut_Segment>& segments, double lead)
+// One input per segment, from its start to its end.
+QStringList segmentInputs(const QString& path, const QList<Fast_Cut_Segment>& segments)
 {
     QStringList arguments;
     for (const Fast_Cut_Segment& segment : segments)
-        arguments << QStringLiteral("-ss") << seconds(std::max(0.0, segment.from - lead))
-                  << QStringLiteral("-t") << seconds(segment.to - segment.from)
-                  << QStringLiteral("-i") << path;
+        arguments << QStringLiteral("-ss") << seconds(segment.from) << QStringLiteral("-t")
+                  << seconds(segment.to - segment.from) << QStringLiteral("-i") << path;
     return arguments;
 }
 
@@ -181,18 +191,25 @@ QStringList wholeVideoEncoder(const Media_Info& source)
                                        QStringLiteral("mjpeg"), QStringLiteral("mpeg1video")};
     if (sameCodec.contains(codec))
         return {QStringLiteral("-c:v"), codec, QStringLiteral("-q:v"), QStringLiteral("2")};
-    if (Copies_Video_Codec(codec) && codec != QStringLiteral("h264"))
-        return codec == QStringLiteral("hevc") ? hevcEncoder(source) : mpeg2Encoder(source);
+    const QStringList pixels{QStringLiteral("-pix_fmt"), source.pixelFormat};
+    if (codec == QStringLiteral("h264"))
+        return h264Encoder(source, false) << pixels;
+    if (codec == QStringLiteral("hevc"))
+        return hevcEncoder(source, false) << pixels;
+    if (codec == QStringLiteral("mpeg2video"))
+        return mpeg2Encoder(source, false) << pixels;
     return {QStringLiteral("-c:v"), QStringLiteral("libx264"), QStringLiteral("-crf"),
             QStringLiteral("18"),   QStringLiteral("-preset"), QStringLiteral("veryfast")};
 }
 
 } // namespace
 
+// HEVC is not copied: x265 cannot number its parameter sets apart from the source's, and
+// where a file keeps them out of band (MP4, Matroska), conversion to MPEG-TS puts the
+// source's before every keyframe, where they would replace the re-encoded pictures' own.
 bool Copies_Video_Codec(const QString& codec)
 {
-    return codec == QStringLiteral("h264") || codec == QStringLiteral("hevc") ||
-           codec == QStringLiteral("mpeg2video");
+    return codec == QStringLiteral("h264") || codec == QStringLiteral("mpeg2video");
 }
 
 QStringList Packet_List_Arguments(const QString& path)
@@ -210,9 +227,6 @@ QStringList Packet_List_Arguments(const QString& path)
 
 QStringList Clean_Start_Scan_Arguments(const Media_Info& source, const QString& output)
 {
-    // H.264 IDR slices; HEVC BLA and IDR pictures.
-    const QString types =
-        source.videoCodec == QStringLiteral("hevc") ? QStringLiteral("16-20") : QStringLiteral("5");
     return {QStringLiteral("-nostdin"),
             QStringLiteral("-y"),
             QStringLiteral("-v"),
@@ -225,7 +239,7 @@ QStringList Clean_Start_Scan_Arguments(const Media_Info& source, const QString& 
             QStringLiteral("-c"),
             QStringLiteral("copy"),
             QStringLiteral("-bsf:v"),
-            QStringLiteral("filter_units=pass_types=") + types,
+            QStringLiteral("filter_units=pass_types=5"), // H.264 IDR slices
             QStringLiteral("-avoid_negative_ts"),
             QStringLiteral("disabled"),
             QStringLiteral("-f"),
@@ -254,9 +268,9 @@ std::optional<QList<Fast_Cut_Packet>> Read_Packet_List(const QByteArray& json)
         const std::optional<double> pts = time(packet, "pts_time");
         decoding << time(packet, "dts_time");
         unstamped << !pts;
-        packets.append({pts.value_or(0.0), decoding.last().value_or(pts.value_or(0.0)),
-                        packet.value(QStringLiteral("flags")).toString().startsWith(u'K'),
-                        pts.has_value()});
+        const bool keyframe = packet.value(QStringLiteral("flags")).toString().startsWith(u'K');
+        packets.append(
+            {pts.value_or(0.0), decoding.last().value_or(pts.value_or(0.0)), keyframe, keyframe});
     }
     // MPEG program streams may stamp only the decoding time of a reference picture; it is
     // shown when the next reference picture (one shown later than it is decoded) is decoded.
@@ -282,21 +296,19 @@ std::optional<QList<Fast_Cut_Packet>> Read_Packet_List(const QByteArray& json)
 QStringList Encode_Piece_Arguments(const Media_Info& source, const Fast_Cut_Piece& piece,
                                    const QString& output)
 {
+    // Decoding starts at the keyframe before the piece, stamps stay the source's, and the
+    // filter keeps the piece's pictures, its first stamped zero.
     QStringList arguments = quietStart();
-    arguments << QStringLiteral("-ss") << seconds(piece.seek) << QStringLiteral("-i") << source.path
-              << QStringLiteral("-map") << QStringLiteral("0:v:0") << QStringLiteral("-frames:v")
-              << QString::number(piece.frames)
-              // A piece that is never reordered has no decoding stamps, and then no start
-              // time either: its first picture starts at zero, where the join expects it.
-              << QStringLiteral("-vf") << QStringLiteral("setpts=PTS-STARTPTS")
+    arguments << QStringLiteral("-noaccurate_seek") << QStringLiteral("-copyts")
+              << QStringLiteral("-ss") << seconds(piece.seek) << QStringLiteral("-i") << source.path
+              << QStringLiteral("-map") << QStringLiteral("0:v:0") << QStringLiteral("-vf")
+              << QStringLiteral("trim=start=%1,setpts=PTS-STARTPTS")
+                     .arg(seconds(source.startTime + piece.from - piece.lead))
+              << QStringLiteral("-frames:v") << QString::number(piece.frames)
               << QStringLiteral("-fps_mode") << QStringLiteral("passthrough")
               << QStringLiteral("-pix_fmt") << source.pixelFormat;
-    if (source.videoCodec == QStringLiteral("h264"))
-        arguments << h264Encoder(source);
-    else if (source.videoCodec == QStringLiteral("hevc"))
-        arguments << hevcEncoder(source);
-    else
-        arguments << mpeg2Encoder(source);
+    arguments << (source.videoCodec == QStringLiteral("h264") ? h264Encoder(source, true)
+                                                              : mpeg2Encoder(source, true));
     return arguments << colourArguments(source) << pieceMuxing(output);
 }
 
@@ -311,7 +323,7 @@ QStringList Copy_Piece_Arguments(const Media_Info& source, const Fast_Cut_Piece&
     const auto clock = [](double seconds) {
         return QString::number(std::llround(seconds * 9e4));
     };
-    const double quarter = piece.seek - piece.from;
+    const double quarter = piece.lead;
     QString filters = QStringLiteral("noise=drop=lt(dts\\,%1)+lt(pts\\,%2)*not(eq(pts\\,nopts))")
                           .arg(clock(piece.firstDts - quarter), clock(piece.firstPts - quarter));
     // Without its leading pictures the first picture is decoded as late as they allowed, so
@@ -333,7 +345,7 @@ QStringList Sound_Arguments(const Media_Info& source, const QList<Fast_Cut_Segme
                             const QString& output)
 {
     QStringList arguments = quietStart();
-    arguments << segmentInputs(source.path, segments, 0.0);
+    arguments << segmentInputs(source.path, segments);
     if (segments.size() == 1) {
         arguments << QStringLiteral("-map") << QStringLiteral("0:a:0");
     } else {
@@ -386,16 +398,32 @@ QString Piece_List_Text(const QList<Fast_Cut_Made_Piece>& pieces)
 QStringList Whole_Reencode_Arguments(const Media_Info& source,
                                      const QList<Fast_Cut_Segment>& segments, const QString& output)
 {
-    // Each input starts a quarter picture early, so its first picture is the segment's.
-    const double lead =
-        Rate_Value(source.frameRate) > 0 ? 0.25 / Rate_Value(source.frameRate) : 0.0;
+    // Each input decodes from the keyframe before its segment with the source's stamps; the
+    // filters take the exact pictures and sound, and reading ends where they do.
     QStringList arguments = quietStart();
-    arguments << segmentInputs(source.path, segments, lead);
     QString graph;
-    for (qsizetype i = 0; i < segments.size(); ++i)
-        graph += source.hasAudio ? QStringLiteral("[%1:v:0][%1:a:0]").arg(i)
-                                 : QStringLiteral("[%1:v:0]").arg(i);
+    QString joined;
+    for (qsizetype i = 0; i < segments.size(); ++i) {
+        const Fast_Cut_Segment& segment = segments.at(i);
+        const Fast_Cut_Piece& first = segment.pieces.first();
+        arguments << QStringLiteral("-noaccurate_seek") << QStringLiteral("-copyts")
+                  << QStringLiteral("-ss") << seconds(first.seek) << QStringLiteral("-i")
+                  << source.path;
+        const double start = source.startTime + segment.from;
+        graph += QStringLiteral("[%1:v:0]trim=start=%2,setpts=PTS-STARTPTS,trim=end_frame=%3[v%1];")
+                     .arg(i)
+                     .arg(seconds(start - first.lead))
+                     .arg(segment.frames);
+        joined += QStringLiteral("[v%1]").arg(i);
+        if (source.hasAudio) {
+            graph += QStringLiteral("[%1:a:0]atrim=start=%2:end=%3,asetpts=PTS-STARTPTS[a%1];")
+                         .arg(i)
+                         .arg(seconds(start), seconds(start + segment.to - segment.from));
+            joined += QStringLiteral("[a%1]").arg(i);
+        }
+    }
     graph +=
+        joined +
         QStringLiteral("concat=n=%1:v=1:a=%2[v]").arg(segments.size()).arg(source.hasAudio ? 1 : 0);
     if (source.hasAudio)
         graph += QStringLiteral("[a]");

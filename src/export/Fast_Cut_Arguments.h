@@ -16,7 +16,8 @@ bool Copies_Video_Codec(const QString& codec);
 
 // ffprobe: every video packet's stamp and flags, in decoding order, as JSON.
 QStringList Packet_List_Arguments(const QString& path);
-// ffmpeg: only the packets that hold an IDR picture, copied into a NUT file with their stamps.
+// ffmpeg: only the packets that hold an H.264 IDR picture, copied into a NUT file with their
+// stamps.
 QStringList Clean_Start_Scan_Arguments(const Media_Info& source, const QString& output);
 // The packets of ffprobe's JSON answer, or nothing when it holds none.
 std::optional<QList<Fast_Cut_Packet>> Read_Packet_List(const QByteArray& json);

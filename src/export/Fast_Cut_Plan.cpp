@@ -17,6 +17,7 @@ Fast_Cut_Plan::Fast_Cut_Plan(const Fast_Cut_Stream& stream)
         times << pts - stream.startTime;
     }
     dtsAt.fill(0.0, count);
+    keyAt.fill(false, count + 1);
     times << (count > 0 ? times.last() + stream.lastFrameDuration : 0.0);
 
     QList<double> suffixMin(count + 1, std::numeric_limits<double>::infinity());
@@ -31,9 +32,10 @@ Fast_Cut_Plan::Fast_Cut_Plan(const Fast_Cut_Stream& stream)
         splits[d] = prefixMax < suffixMin.at(d);
         if (d < count) {
             const Fast_Cut_Packet& packet = packets.at(d);
+            const qsizetype index =
+                std::lower_bound(sorted.begin(), sorted.end(), packet.pts) - sorted.begin();
+            keyAt[index] = packet.keyframe;
             if (packet.cleanStart && prefixMax < packet.pts) {
-                const auto shown = std::lower_bound(sorted.begin(), sorted.end(), packet.pts);
-                const qsizetype index = shown - sorted.begin();
                 cleanAt[index] = static_cast<int>(d);
                 dtsAt[index] = packet.dts;
                 for (qsizetype next = d + 1; next < count && suffixMin.at(next) < packet.pts;
@@ -61,8 +63,12 @@ Fast_Cut_Piece Fast_Cut_Plan::encodePiece(int first, int end) const
     piece.from = times.at(first);
     piece.to = times.at(end);
     piece.frames = end - first;
-    const double before = first > 0 ? times.at(first - 1) : times.at(first);
-    piece.seek = std::max(0.0, piece.from - (piece.from - before) / 4.0);
+    piece.lead = (times.at(first + 1) - piece.from) / 4.0;
+    int landing = first;
+    while (landing > 0 && !keyAt.at(landing))
+        --landing;
+    piece.seek = times.at(landing) + (times.at(landing + 1) - times.at(landing)) / 4.0;
+    piece.decodesCleanly = cleanAt.at(landing) >= 0 && leadingAt.at(landing) == 0;
     return piece;
 }
 
@@ -94,7 +100,8 @@ Fast_Cut_Segment Fast_Cut_Plan::plan(double start, double end) const
     copy.from = times.at(clean);
     copy.to = times.at(copyEnd);
     copy.frames = copyEnd - clean;
-    copy.seek = copy.from + (times.at(clean + 1) - copy.from) / 4.0;
+    copy.lead = (times.at(clean + 1) - copy.from) / 4.0;
+    copy.seek = copy.from + copy.lead;
     copy.firstPts = ptsAt.at(clean);
     copy.firstDts = dtsAt.at(clean);
     copy.leading = leadingAt.at(clean);

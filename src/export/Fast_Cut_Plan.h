@@ -6,8 +6,8 @@
 struct Fast_Cut_Packet {
     double pts = 0.0;        // seconds, as the container stamps it
     double dts = 0.0;        // the decoding time, likewise
+    bool keyframe = false;   // the container marks it as a place to seek to
     bool cleanStart = false; // decoding may begin here: an IDR picture, an MPEG-2 I picture
-    bool stamped = true;     // the container gave its display time (else it was worked out)
 };
 
 // The video stream a fast cut plans on.
@@ -24,7 +24,13 @@ struct Fast_Cut_Piece {
     double from = 0.0; // seconds from the file's start: the first picture's time
     double to = 0.0;   // the time of the picture after the last one
     int frames = 0;
-    double seek = 0.0; // where the run seeks ("-ss"), a quarter picture inside the range
+    double lead = 0.0; // a quarter of the first picture's display time: the margin of each bound
+    // Where decoding starts: a quarter picture after the last keyframe shown at or
+    // before the piece; seeking by decoding time could otherwise skip its leading pictures.
+    double seek = 0.0;
+    // Encode only: the seek lands where decoding starts cleanly, so any error it reports is the
+    // source's own (after other keyframes, pictures that are dropped fail to decode).
+    bool decodesCleanly = false;
     // Copy only: the first packet's stamp, and how many pictures decoded after it are shown
     // before it (leading pictures, which belong to the piece before and are dropped).
     double firstPts = 0.0;
@@ -66,4 +72,5 @@ private:
     QList<int> leadingAt; // for display index i: the leading pictures of its clean start
     QList<double> ptsAt;  // the container stamp of display index i
     QList<double> dtsAt;  // the decoding time of display index i
+    QList<bool> keyAt;    // display index i is a keyframe
 };

@@ -116,14 +116,11 @@ bool Fast_Cutter::prepare()
     if (!packets)
         return fail(QStringLiteral("Corvanta cannot read the picture times of %1")
                         .arg(QFileInfo(job.source).fileName()));
-    // Pictures without a display time of their own would be copied without one.
-    whole = !Copies_Video_Codec(info.videoCodec) ||
-            std::any_of(packets->cbegin(), packets->cend(),
-                        [](const Fast_Cut_Packet& packet) { return !packet.stamped; });
+    whole = !Copies_Video_Codec(info.videoCodec);
     if (whole)
         for (Fast_Cut_Packet& packet : *packets)
             packet.cleanStart = false;
-    else if (info.videoCodec != QStringLiteral("mpeg2video") && !readCleanStarts(*packets))
+    else if (info.videoCodec == QStringLiteral("h264") && !readCleanStarts(*packets))
         return false;
 
     const double rate = Rate_Value(info.frameRate);
@@ -286,7 +283,7 @@ bool Fast_Cutter::makePiece(const Fast_Cut_Piece& piece, const QString& path, co
         {ffmpeg,
          copy ? Copy_Piece_Arguments(info, piece, path) : Encode_Piece_Arguments(info, piece, path),
          step, seconds(piece), 0.0, pieceCost(piece), 0.0, false});
-    if (!made || made->exitCode != 0 || Reports_Errors(made->errors))
+    if (!made || made->exitCode != 0 || (piece.decodesCleanly && Reports_Errors(made->errors)))
         return false;
     const std::optional<Tool_Result> listed =
         run({ffprobe, Packet_List_Arguments(path), QStringLiteral("Checking the pieces"), 0.0, 0.0,
@@ -294,8 +291,12 @@ bool Fast_Cutter::makePiece(const Fast_Cut_Piece& piece, const QString& path, co
     if (!listed)
         return false;
     const std::optional<QList<Fast_Cut_Packet>> packets = Read_Packet_List(listed->output);
-    return packets && packets->size() == piece.frames &&
-           (!copy || std::abs(packets->first().pts - Copy_Stamp_Offset - piece.firstPts) < 1e-3);
+    if (!packets || packets->size() != piece.frames)
+        return false;
+    // A program stream may leave the display time of a reference picture out: the decoding
+    // time, moved as the copy moves it, tells the first packet too.
+    const double firstDts = piece.firstDts + piece.leading * 4.0 * piece.lead;
+    return !copy || std::abs(packets->first().dts - Copy_Stamp_Offset - firstDts) < 1e-3;
 }
 
 bool Fast_Cutter::cutWhole()

@@ -33,7 +33,8 @@ struct Fast_Cut_Job {
 // Fast Trim and Fast Slice: each segment taken to the source's picture boundaries, its
 // pictures from the first clean start on copied, the few before and after re-encoded in the
 // source's own format, the sound cut once per segment, and the pieces joined by stream copy
-// into the source's container. Codecs whose pictures are not copied are re-encoded whole.
+// into the source's container. Other codecs (HEVC among them), and sources that report errors
+// where they are decoded, are re-encoded whole in one run.
 class Fast_Cutter {
 public:
     // Runs a tool and gives its result, or nothing when the cut is to stop (cancelled, or the

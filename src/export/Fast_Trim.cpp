@@ -66,7 +66,7 @@ std::optional<QStringList> AppDelegate::Fast_Cut_Into_Work_Folder(bool slice)
     if (cutter.reencodedWhole())
         window->statusBar()->showMessage(
             QStringLiteral("The segments were re-encoded whole: Corvanta copies pictures only "
-                           "from H.264, HEVC and MPEG-2 files that decode without errors."),
+                           "from H.264 and MPEG-2 files that decode without errors."),
             10000);
     return cutter.results();
 }
