@@ -20,6 +20,7 @@ private slots:
     void initTestCase();
     void trimsEveryFileTheListFitsAndNamesTheOneItDoesNot();
     void slicesBesideTheFileAndReplacesNothing();
+    void fastCutsKeepTheFilesOwnFormat();
     void cleanupTestCase();
 
 private:
@@ -173,6 +174,25 @@ void Test_Batch_Cut::slicesBesideTheFileAndReplacesNothing()
     QCOMPARE(err.trimmed(), u"[2/2] %1: not cut: %2 exists, and Corvanta does not replace it"_s.arg(
                                 two, clip("beside/two-1.mp4")));
     QVERIFY(out.endsWith("1 of 2 files cut; 1 not cut.\n"));
+}
+
+void Test_Batch_Cut::fastCutsKeepTheFilesOwnFormat()
+{
+    Test_Media::Clip matroska;
+    matroska.codecArguments << "-g"
+                            << "10";
+    QVERIFY(Test_Media::makeClip(clip("talk.mkv"), matroska));
+    QVERIFY(QDir(clips.path()).mkdir("fast"));
+    QString out, err;
+    QCOMPARE(corvanta({"--cut-list", "cuts.csv", "--fast", "--output-dir", "fast", "talk.mkv"}, out,
+                      err),
+             0);
+    const QString cut = clip("fast/talk-cut.mkv");
+    QCOMPARE(Test_Media::streams(cut), Test_Media::streams(clip("talk.mkv")));
+    QCOMPARE(framesOf(cut),
+             static_cast<int>(std::lround((cuts.at(0).end - cuts.at(0).start) * rate) +
+                              std::lround((cuts.at(1).end - cuts.at(1).start) * rate)));
+    QVERIFY(showsSourceAt(cut, cuts.at(1).joinedAt, clip("talk.mkv"), cuts.at(1).start));
 }
 
 void Test_Batch_Cut::cleanupTestCase()
