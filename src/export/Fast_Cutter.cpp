@@ -133,9 +133,7 @@ bool Fast_Cutter::prepare()
             return fail(QStringLiteral("Segment %1 is shorter than one picture.").arg(i + 1));
         planned << segment;
     }
-    total = whole ? 0.0 : smartWork();
-    for (const Fast_Cut_Segment& segment : std::as_const(planned))
-        total += whole ? segment.to - segment.from : 0.0;
+    total = whole ? wholeWork() : smartWork();
     return true;
 }
 
@@ -172,6 +170,14 @@ bool Fast_Cutter::readCleanStarts(QList<Fast_Cut_Packet>& packets)
     return true;
 }
 
+double Fast_Cutter::wholeWork() const
+{
+    double work = 0.0;
+    for (const Fast_Cut_Segment& segment : planned)
+        work += segment.to - segment.from;
+    return work;
+}
+
 double Fast_Cutter::smartWork() const
 {
     double work = 0.0;
@@ -195,9 +201,7 @@ bool Fast_Cutter::cut()
     // should: everything is re-encoded instead.
     whole = true;
     done = 0.0;
-    total = 0.0;
-    for (const Fast_Cut_Segment& segment : std::as_const(planned))
-        total += segment.to - segment.from;
+    total = wholeWork();
     return cutWhole();
 }
 

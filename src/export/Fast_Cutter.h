@@ -65,7 +65,9 @@ private:
     bool cutWhole();
     bool makeFile(const QList<Fast_Cut_Segment>& segments, int number, const QString& result);
     bool makePiece(const Fast_Cut_Piece& piece, const QString& path, const QString& step);
+    // The job's work, in seconds re-encoded or their equivalent.
     double smartWork() const;
+    double wholeWork() const;
     QString workPath(const QString& name) const;
     QString extension() const;
 
