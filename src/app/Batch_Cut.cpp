@@ -225,7 +225,7 @@ QStringList Batch_Cut::targets(const QString& file, qsizetype count) const
                                                      : request.outputFolder);
     const QString base = source.completeBaseName();
     // A fast cut keeps the file's own container.
-    const QString extension = request.fast    ? source.suffix()
+    const QString extension = request.fast    ? Fast_Cut_Extension(file)
                               : request.slice ? QFileInfo(Segment_Video_Path(base, 1)).suffix()
                                               : QFileInfo(Trim_Video_Path(base)).suffix();
     if (!request.slice)

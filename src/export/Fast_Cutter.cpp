@@ -78,19 +78,20 @@ QString Fast_Cutter::workPath(const QString& name) const
     return QDir(job.workFolder).filePath(name);
 }
 
-QString Fast_Cutter::extension() const
+QString Fast_Cut_Extension(const QString& source)
 {
-    const QString suffix = QFileInfo(job.source).suffix();
+    const QString suffix = QFileInfo(source).suffix();
     return suffix.isEmpty() ? QStringLiteral("mkv") : suffix;
 }
 
 QStringList Fast_Cutter::results() const
 {
     if (!job.slice)
-        return {workPath(QStringLiteral("fast_cut.") + extension())};
+        return {workPath(QStringLiteral("fast_cut.") + Fast_Cut_Extension(job.source))};
     QStringList files;
     for (qsizetype k = 1; k <= job.segments.size(); ++k)
-        files << workPath(QStringLiteral("fast_cut_%1.%2").arg(k).arg(extension()));
+        files << workPath(
+            QStringLiteral("fast_cut_%1.%2").arg(k).arg(Fast_Cut_Extension(job.source)));
     return files;
 }
 

@@ -11,6 +11,9 @@
 #include <functional>
 #include <optional>
 
+// The extension of what a fast cut makes of a file: its own, or Matroska's for a file without.
+QString Fast_Cut_Extension(const QString& source);
+
 // One tool run of a fast cut, with its share of the whole job for the progress display.
 struct Fast_Cut_Run {
     QString tool;
@@ -69,7 +72,6 @@ private:
     double smartWork() const;
     double wholeWork() const;
     QString workPath(const QString& name) const;
-    QString extension() const;
 
     Fast_Cut_Job job;
     QString ffmpeg;

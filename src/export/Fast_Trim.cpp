@@ -119,8 +119,10 @@ void AppDelegate::OnMenuFileFastSlice()
     QStringList targets;
     QStringList existing;
     for (qsizetype k = 1; k <= array_Segments.size(); ++k) {
-        targets << QDir(*folder).filePath(
-            QStringLiteral("%1-%2.%3").arg(source.completeBaseName()).arg(k).arg(source.suffix()));
+        targets << QDir(*folder).filePath(QStringLiteral("%1-%2.%3")
+                                              .arg(source.completeBaseName())
+                                              .arg(k)
+                                              .arg(Fast_Cut_Extension(s_File_Path)));
         if (QFileInfo::exists(targets.last()))
             existing << QFileInfo(targets.last()).fileName();
     }
