@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QThreadPool>
 
+#include <unistd.h>
+
 #include <utility>
 
 Frame_Probe::Frame_Probe(QString ffprobe, Tool_Log& toolLog, QObject* parent)
@@ -49,6 +51,8 @@ void Frame_Probe::probe(const QString& file)
         return;
     process = new QProcess(this);
     process->setStandardInputFile(QProcess::nullDevice());
+    // Reading a long file takes ffprobe seconds of processor time: the GUI thread comes first.
+    process->setChildProcessModifier([] { [[maybe_unused]] const int niceness = nice(5); });
     connect(process, &QProcess::finished, this, &Frame_Probe::ended);
     // Read as it comes, in pieces joined on the worker: a one-hour file lists megabytes.
     connect(process, &QProcess::readyReadStandardOutput, this,

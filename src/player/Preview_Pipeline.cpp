@@ -8,6 +8,8 @@
 #include <gst/app/gstappsink.h>
 #include <gst/gst.h>
 #include <gst/video/video.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -32,6 +34,23 @@ constexpr int Play_Flag_Soft_Volume = 1 << 4;
 
 // Square pixels in a format QVideoFrame maps without conversion (bytes B, G, R, x).
 constexpr const char* Frame_Caps = "video/x-raw,format=BGRx,pixel-aspect-ratio=1/1";
+
+// The niceness of the threads that demux and decode: when the processors are busy, as they are
+// after every seek into a long group of pictures, the GUI thread is served before them.
+constexpr int Streaming_Niceness = 5;
+
+// A streaming thread about to enter its loop posts this from itself: it gives way to the GUI
+// thread, and so do the decoder's own threads, which it starts and which inherit it. A sink's
+// thread (the one feeding the sound device) keeps its priority.
+void giveWayToTheGuiThread(GstMessage* message)
+{
+    GstStreamStatusType type = GST_STREAM_STATUS_TYPE_CREATE;
+    GstElement* owner = nullptr;
+    gst_message_parse_stream_status(message, &type, &owner);
+    if (type == GST_STREAM_STATUS_TYPE_ENTER && owner &&
+        !GST_OBJECT_FLAG_IS_SET(owner, GST_ELEMENT_FLAG_SINK))
+        setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), Streaming_Niceness);
+}
 
 } // namespace
 
@@ -232,6 +251,9 @@ GstBusSyncReply Preview_Pipeline::Parts::onMessage(GstBus*, GstMessage* message,
         break;
     case GST_MESSAGE_DURATION_CHANGED:
         parts.command([](Parts& p) { p.updateDuration(); });
+        break;
+    case GST_MESSAGE_STREAM_STATUS:
+        giveWayToTheGuiThread(message);
         break;
     default:
         break;
