@@ -2,6 +2,8 @@
 // made, and the timeline is clicked every 300 ms: (a) the longest time the event loop does not
 // turn, (b) the longest time from a click's due moment to the playhead drawn at that place.
 // Usage: bench_gui_stalls CLIP [SECONDS]
+#include "gui_stalls_sampler.h"
+
 #include "app/AppDelegate.h"
 #include "app/MainWindow.h"
 #include "timeline/View_Video_Timeline.h"
@@ -14,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -53,6 +56,12 @@ int main(int argc, char* argv[])
     session.applicationDidFinishLaunching();
     session.window->resize(1280, 800);
 
+    // CORVANTA_BENCH_TRACE=1 names each stall, to read beside the tool log's lines, and says
+    // at the end what the GUI thread was doing during each one.
+    const bool trace = qEnvironmentVariableIsSet("CORVANTA_BENCH_TRACE");
+    std::unique_ptr<Stall_Sampler> sampler;
+    if (trace)
+        sampler = std::make_unique<Stall_Sampler>();
     QElapsedTimer clock;
     clock.start();
     qint64 lastTick = 0;
@@ -62,9 +71,10 @@ int main(int argc, char* argv[])
     QObject::connect(&heartbeat, &QTimer::timeout, [&] {
         const qint64 now = clock.elapsed();
         longestStall = std::max(longestStall, now - lastTick);
-        // CORVANTA_BENCH_TRACE=1 names each stall, to read beside the tool log's lines.
-        if (now - lastTick > 40 && qEnvironmentVariableIsSet("CORVANTA_BENCH_TRACE"))
-            qInfo("stall of %lld ms", now - lastTick);
+        if (sampler)
+            sampler->turned(now - lastTick, 40);
+        if (trace && now - lastTick > 40)
+            qInfo("stall of %lld ms at %.1f s", now - lastTick, now / 1000.0);
         lastTick = now;
     });
     heartbeat.start();
@@ -107,6 +117,8 @@ int main(int argc, char* argv[])
         std::printf("%s: %d clicks in %d s; longest stall %lld ms; click to playhead: median "
                     "%lld ms, longest %lld ms (goal: stall and longest at most 50 ms)\n",
                     qUtf8Printable(clip), clicks, seconds, longestStall, median, longest);
+        if (sampler)
+            std::printf("%s", qUtf8Printable(sampler->report()));
         session.exitProcess(0);
     });
     return QApplication::exec();

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes a 60 s and a one-hour 1280x720 H.264 clip (kept in $CORVANTA_BENCH_CLIPS between runs),
 # builds the stall probe and opens each clip while the timeline is clicked every 300 ms.
+# CORVANTA_BENCH_TRACE=1 adds, for each stall, the GUI thread's call stacks sampled during it.
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 build=${CORVANTA_BUILD_DIR:-$here/build}

@@ -73,6 +73,7 @@ set(CORVANTA_GUI_SOURCES
     src/player/Player.cpp
     src/player/Preview_Pipeline.cpp src/player/Preview_Pipeline.h
     src/player/Preview_Player.cpp src/player/Preview_Player.h
+    src/player/Preview_Thread.cpp src/player/Preview_Thread.h
     src/player/Transport.cpp
     src/timeline/Segment_Time_Delegate.cpp src/timeline/Segment_Time_Delegate.h
     src/timeline/Segments.cpp

@@ -5,6 +5,7 @@
 #include "app/Qt_Translations.h"
 #include "app/Single_Instance.h"
 #include "app/Work_Folder.h"
+#include "player/Preview_Thread.h"
 
 #include <QApplication>
 #include <QStandardPaths>
@@ -67,6 +68,9 @@ int main(int argc, char* argv[])
     case Single_Instance::Claim::Claimed:
         break;
     }
+    // GStreamer initialises (its first registry scan included) on the preview's own thread
+    // while the window is made, not on the GUI thread when the first file is opened.
+    Preview_Thread::start();
 
     AppDelegate session;
     session.applicationDidFinishLaunching();

@@ -1,5 +1,11 @@
 #include "player/Frame_Probe.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+#include <QThreadPool>
+
+#include <unistd.h>
+
 #include <utility>
 
 Frame_Probe::Frame_Probe(QString ffprobe, Tool_Log& toolLog, QObject* parent)
@@ -16,6 +22,8 @@ Frame_Probe::~Frame_Probe()
 
 void Frame_Probe::stop()
 {
+    ++generation; // a list still being read is for a run no longer wanted
+    output.clear();
     if (!process)
         return;
     QProcess* old = std::exchange(process, nullptr);
@@ -43,7 +51,12 @@ void Frame_Probe::probe(const QString& file)
         return;
     process = new QProcess(this);
     process->setStandardInputFile(QProcess::nullDevice());
+    // Reading a long file takes ffprobe seconds of processor time: the GUI thread comes first.
+    process->setChildProcessModifier([] { [[maybe_unused]] const int niceness = nice(5); });
     connect(process, &QProcess::finished, this, &Frame_Probe::ended);
+    // Read as it comes, in pieces joined on the worker: a one-hour file lists megabytes.
+    connect(process, &QProcess::readyReadStandardOutput, this,
+            [this] { output << process->readAllStandardOutput(); });
     connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
             log.finish(std::exchange(i_Log_Entry, -1), Tool_Run::Outcome::Could_Not_Start, -1, {});
@@ -61,7 +74,8 @@ void Frame_Probe::probe(const QString& file)
 
 void Frame_Probe::ended(int exitCode, QProcess::ExitStatus status)
 {
-    const QByteArray output = process->readAllStandardOutput();
+    QByteArrayList pieces = std::exchange(output, {});
+    pieces << process->readAllStandardOutput();
     log.finish(std::exchange(i_Log_Entry, -1),
                status == QProcess::NormalExit ? Tool_Run::Outcome::Ended
                                               : Tool_Run::Outcome::Killed,
@@ -71,7 +85,24 @@ void Frame_Probe::ended(int exitCode, QProcess::ExitStatus status)
         qInfo("Frame steps: ffprobe could not list the frames (status %d)", exitCode);
         return;
     }
-    known = Frame_Index::fromJson(output);
+    // The list of a long file takes a good part of a second to read: not on the GUI thread.
+    // The result comes back through the application object, which outlives the pool's tasks.
+    QThreadPool::globalInstance()->start(
+        [pieces = std::move(pieces), probe = QPointer<Frame_Probe>(this), run = generation] {
+            std::optional<Frame_Index> index = Frame_Index::fromJson(pieces.join());
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [probe, run, index = std::move(index)] {
+                    if (probe && probe->generation == run)
+                        probe->read(index);
+                },
+                Qt::QueuedConnection);
+        });
+}
+
+void Frame_Probe::read(const std::optional<Frame_Index>& index)
+{
+    known = index;
     if (known)
         emit indexChanged();
 }

@@ -1,13 +1,18 @@
 #include "player/Preview_Pipeline.h"
 
+#include "player/Preview_Thread.h"
+
 #include <QObject>
 #include <QVideoFrameFormat>
 
 #include <gst/app/gstappsink.h>
 #include <gst/gst.h>
 #include <gst/video/video.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <mutex>
 #include <utility>
@@ -30,15 +35,38 @@ constexpr int Play_Flag_Soft_Volume = 1 << 4;
 // Square pixels in a format QVideoFrame maps without conversion (bytes B, G, R, x).
 constexpr const char* Frame_Caps = "video/x-raw,format=BGRx,pixel-aspect-ratio=1/1";
 
+// The niceness of the threads that demux and decode: when the processors are busy, as they are
+// after every seek into a long group of pictures, the GUI thread is served before them.
+constexpr int Streaming_Niceness = 5;
+
+// A streaming thread about to enter its loop posts this from itself: it gives way to the GUI
+// thread, and so do the decoder's own threads, which it starts and which inherit it. A sink's
+// thread (the one feeding the sound device) keeps its priority.
+void giveWayToTheGuiThread(GstMessage* message)
+{
+    GstStreamStatusType type = GST_STREAM_STATUS_TYPE_CREATE;
+    GstElement* owner = nullptr;
+    gst_message_parse_stream_status(message, &type, &owner);
+    if (type == GST_STREAM_STATUS_TYPE_ENTER && owner &&
+        !GST_OBJECT_FLAG_IS_SET(owner, GST_ELEMENT_FLAG_SINK))
+        setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), Streaming_Niceness);
+}
+
 } // namespace
 
-// Shared by the pipeline's threads and the receiver's; outlives the pipeline object while
-// GStreamer still holds it.
+// Shared by the pipeline's threads, the preview's GStreamer thread and the receiver's; outlives
+// the pipeline object while GStreamer or a queued command still holds it.
 struct Preview_Pipeline::Parts {
     QObject* receiver = nullptr;
     Listener listener;
-    GstElement* playbin = nullptr;
     bool open = true; // receiver's thread only: false once the pipeline object is gone
+
+    // The preview's GStreamer thread only: built there, and released there.
+    GstElement* playbin = nullptr;
+    qint64 duration = -1;
+    // The same playbin for the receiver's position queries, once it is loading.
+    std::atomic<GstElement*> queried{nullptr};
+    std::atomic<bool> prerolled{false}; // the first async-done has been seen
 
     std::mutex lock;
     bool cut = false;                        // nothing more is posted to the receiver
@@ -59,12 +87,27 @@ struct Preview_Pipeline::Parts {
             },
             Qt::QueuedConnection);
     }
+    // Queues a call on the preview's GStreamer thread, made while the playbin exists.
+    template <typename Call> void command(Call call)
+    {
+        Preview_Thread::run([parts = self.lock(), call = std::move(call)] {
+            if (parts && parts->playbin)
+                call(*parts);
+        });
+    }
     std::weak_ptr<Parts> self;
 
     // User data for GStreamer's callbacks: a reference released by their destroy notify.
     gpointer held() { return new std::shared_ptr<Parts>(self.lock()); }
     static void drop(gpointer data) { delete static_cast<std::shared_ptr<Parts>*>(data); }
     static Parts& of(gpointer data) { return **static_cast<std::shared_ptr<Parts>*>(data); }
+
+    // The preview's GStreamer thread.
+    bool build(bool withSound);
+    void load(const QByteArray& uri, double volume);
+    Streams streams();
+    void updateDuration();
+    void stop();
 
     static GstPadProbeReturn onSinkEvent(GstPad*, GstPadProbeInfo* info, gpointer data);
     static GstFlowReturn onPreroll(GstAppSink* sink, gpointer data);
@@ -191,10 +234,26 @@ GstBusSyncReply Preview_Pipeline::Parts::onMessage(GstBus*, GstMessage* message,
         parts.post([](Parts& p) { p.listener.endOfStream(); });
         break;
     case GST_MESSAGE_ASYNC_DONE:
-        parts.post([](Parts& p) { p.listener.asyncDone(); });
+        // The first time, the streams are read on the preview's thread before the receiver
+        // hears of it: queries are not made from a streaming thread.
+        if (!parts.prerolled.exchange(true))
+            parts.command([](Parts& p) {
+                p.post([streams = p.streams()](Parts& q) { q.listener.loaded(streams); });
+            });
+        else {
+            parts.post([](Parts& p) { p.listener.asyncDone(); });
+            // A duration not known at the start may be by now.
+            parts.command([](Parts& p) {
+                if (p.duration < 0)
+                    p.updateDuration();
+            });
+        }
         break;
     case GST_MESSAGE_DURATION_CHANGED:
-        parts.post([](Parts& p) { p.listener.durationChanged(); });
+        parts.command([](Parts& p) { p.updateDuration(); });
+        break;
+    case GST_MESSAGE_STREAM_STATUS:
+        giveWayToTheGuiThread(message);
         break;
     default:
         break;
@@ -202,27 +261,21 @@ GstBusSyncReply Preview_Pipeline::Parts::onMessage(GstBus*, GstMessage* message,
     return GST_BUS_DROP;
 }
 
-Preview_Pipeline::Preview_Pipeline(QObject* receiver, Listener listener, bool withSound)
-    : parts(std::make_shared<Parts>())
+// The preview's GStreamer thread: the playbin with its sinks; false when an element is missing.
+bool Preview_Pipeline::Parts::build(bool withSound)
 {
-    if (!gst_is_initialized())
-        gst_init(nullptr, nullptr);
-    parts->receiver = receiver;
-    parts->listener = std::move(listener);
-    parts->self = parts;
-
-    GstElement* playbin = gst_element_factory_make("playbin", nullptr);
+    GstElement* made = gst_element_factory_make("playbin", nullptr);
     GstElement* appsink = gst_element_factory_make("appsink", nullptr);
     GstElement* audioSink =
         gst_element_factory_make(withSound ? "autoaudiosink" : "fakesink", nullptr);
-    if (!playbin || !appsink || !audioSink) {
-        for (GstElement* element : {playbin, appsink, audioSink})
+    if (!made || !appsink || !audioSink) {
+        for (GstElement* element : {made, appsink, audioSink})
             if (element)
                 gst_object_unref(gst_object_ref_sink(element));
-        return;
+        return false;
     }
-    gst_object_ref_sink(playbin);
-    parts->playbin = playbin;
+    gst_object_ref_sink(made);
+    playbin = made;
     if (!withSound)
         g_object_set(audioSink, "sync", TRUE, nullptr);
 
@@ -232,21 +285,102 @@ Preview_Pipeline::Preview_Pipeline(QObject* receiver, Listener listener, bool wi
     GstAppSinkCallbacks callbacks{};
     callbacks.new_preroll = &Parts::onPreroll;
     callbacks.new_sample = &Parts::onSample;
-    gst_app_sink_set_callbacks(GST_APP_SINK(appsink), &callbacks, parts->held(), &Parts::drop);
+    gst_app_sink_set_callbacks(GST_APP_SINK(appsink), &callbacks, held(), &Parts::drop);
     for (GstElement* sink : {appsink, audioSink}) {
         GstPad* pad = gst_element_get_static_pad(sink, "sink");
-        gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, &Parts::onSinkEvent,
-                          parts->held(), &Parts::drop);
+        gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, &Parts::onSinkEvent, held(),
+                          &Parts::drop);
         gst_object_unref(pad);
     }
     g_object_set(playbin, "video-sink", appsink, "audio-sink", audioSink, "flags",
                  Play_Flag_Video | Play_Flag_Audio | Play_Flag_Soft_Volume, nullptr);
     GstBus* bus = gst_element_get_bus(playbin);
-    gst_bus_set_sync_handler(bus, &Parts::onMessage, parts->held(), &Parts::drop);
+    gst_bus_set_sync_handler(bus, &Parts::onMessage, held(), &Parts::drop);
     gst_object_unref(bus);
+    return true;
 }
 
-// Nothing more reaches the receiver; one of GStreamer's threads stops the pipeline.
+// Paused, the pipeline prerolls: it learns the streams and decodes the first frame. An error
+// message, already queued, says why it could not; this is for a pipeline that said nothing.
+void Preview_Pipeline::Parts::load(const QByteArray& uri, double volume)
+{
+    g_object_set(playbin, "uri", uri.constData(), "volume", volume, nullptr);
+    queried = playbin;
+    if (gst_element_set_state(playbin, GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE)
+        post([](Parts& p) {
+            p.listener.error(true, QStringLiteral("GStreamer could not open the file"));
+        });
+}
+
+// The preview's GStreamer thread, once prerolled.
+Preview_Pipeline::Streams Preview_Pipeline::Parts::streams()
+{
+    Streams found;
+    gint videos = 0;
+    gint audios = 0;
+    g_object_get(playbin, "n-video", &videos, "n-audio", &audios, nullptr);
+    found.video = videos > 0;
+    found.audio = audios > 0;
+    // The stream time the segment the sinks play starts at.
+    GstQuery* query = gst_query_new_segment(GST_FORMAT_TIME);
+    gint64 start = 0;
+    GstFormat format = GST_FORMAT_UNDEFINED;
+    if (gst_element_query(playbin, query))
+        gst_query_parse_segment(query, nullptr, &format, &start, nullptr);
+    gst_query_unref(query);
+    found.start = format == GST_FORMAT_TIME && start > 0 ? start : 0;
+    gint64 total = 0;
+    duration =
+        gst_element_query_duration(playbin, GST_FORMAT_TIME, &total) && total > 0 ? total : -1;
+    found.duration = duration;
+    return found;
+}
+
+void Preview_Pipeline::Parts::updateDuration()
+{
+    gint64 total = 0;
+    const qint64 now =
+        gst_element_query_duration(playbin, GST_FORMAT_TIME, &total) && total > 0 ? total : -1;
+    if (std::exchange(duration, now) != now)
+        post([now](Parts& p) { p.listener.durationChanged(now); });
+}
+
+// One of GStreamer's own threads stops the pipeline, leaving this one free for the next.
+void Preview_Pipeline::Parts::stop()
+{
+    queried = nullptr;
+    gst_element_call_async(
+        playbin,
+        [](GstElement* element, gpointer) { gst_element_set_state(element, GST_STATE_NULL); },
+        nullptr, nullptr);
+    gst_object_unref(std::exchange(playbin, nullptr));
+}
+
+Preview_Pipeline::Preview_Pipeline(QObject* receiver, Listener listener, bool withSound,
+                                   const QUrl& url, float volume)
+    : parts(std::make_shared<Parts>())
+{
+    parts->receiver = receiver;
+    parts->listener = std::move(listener);
+    parts->self = parts;
+    Preview_Thread::run([parts = parts, withSound, uri = url.toEncoded(), volume] {
+        {
+            const std::lock_guard<std::mutex> guard(parts->lock);
+            if (parts->cut)
+                return; // gone before its turn came
+        }
+        if (!parts->build(withSound)) {
+            parts->post([](Parts& p) {
+                p.listener.error(true, QStringLiteral("GStreamer's playbin, appsink or audio "
+                                                      "sink is not installed"));
+            });
+            return;
+        }
+        parts->load(uri, static_cast<double>(volume));
+    });
+}
+
+// Nothing more reaches the receiver; the pipeline is stopped after the commands queued before.
 Preview_Pipeline::~Preview_Pipeline()
 {
     parts->open = false;
@@ -254,97 +388,53 @@ Preview_Pipeline::~Preview_Pipeline()
         const std::lock_guard<std::mutex> guard(parts->lock);
         parts->cut = true;
     }
-    if (!parts->playbin)
-        return;
-    gst_element_call_async(
-        parts->playbin,
-        [](GstElement* element, gpointer) { gst_element_set_state(element, GST_STATE_NULL); },
-        nullptr, nullptr);
-    gst_object_unref(std::exchange(parts->playbin, nullptr));
-}
-
-bool Preview_Pipeline::valid() const
-{
-    return parts->playbin != nullptr;
-}
-
-bool Preview_Pipeline::load(const QUrl& url, float volume)
-{
-    const QByteArray uri = url.toEncoded();
-    g_object_set(parts->playbin, "uri", uri.constData(), "volume", static_cast<double>(volume),
-                 nullptr);
-    return gst_element_set_state(parts->playbin, GST_STATE_PAUSED) != GST_STATE_CHANGE_FAILURE;
+    parts->command([](Parts& p) { p.stop(); });
 }
 
 void Preview_Pipeline::play()
 {
-    if (gst_element_set_state(parts->playbin, GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
-        qInfo("Preview: the pipeline refused to play");
+    parts->command([](Parts& p) {
+        if (gst_element_set_state(p.playbin, GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
+            qInfo("Preview: the pipeline refused to play");
+    });
 }
 
 void Preview_Pipeline::pause()
 {
-    if (gst_element_set_state(parts->playbin, GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE)
-        qInfo("Preview: the pipeline refused to pause");
+    parts->command([](Parts& p) {
+        if (gst_element_set_state(p.playbin, GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE)
+            qInfo("Preview: the pipeline refused to pause");
+    });
 }
 
-bool Preview_Pipeline::seek(qint64 from, qint64 to)
+void Preview_Pipeline::seek(qint64 from, qint64 to)
 {
-    const auto flags = static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_ACCURATE);
-    GstEvent* event = gst_event_new_seek(1.0, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, from,
-                                         GST_SEEK_TYPE_NONE, -1);
-    {
-        const std::lock_guard<std::mutex> guard(parts->lock);
-        parts->seekSeqnum = gst_event_get_seqnum(event);
-        parts->seekTo = static_cast<guint64>(std::max(from, to));
-    }
-    return gst_element_send_event(parts->playbin, event);
+    parts->command([from, to](Parts& p) {
+        const auto flags = static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_ACCURATE);
+        GstEvent* event = gst_event_new_seek(1.0, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, from,
+                                             GST_SEEK_TYPE_NONE, -1);
+        {
+            const std::lock_guard<std::mutex> guard(p.lock);
+            p.seekSeqnum = gst_event_get_seqnum(event);
+            p.seekTo = static_cast<guint64>(std::max(from, to));
+        }
+        if (!gst_element_send_event(p.playbin, event))
+            p.post([to](Parts& q) { q.listener.seekRefused(to); });
+    });
+}
+
+void Preview_Pipeline::setVolume(float linear)
+{
+    parts->command([volume = static_cast<double>(linear)](Parts& p) {
+        g_object_set(p.playbin, "volume", volume, nullptr);
+    });
 }
 
 std::optional<qint64> Preview_Pipeline::position() const
 {
     gint64 now = 0;
-    if (gst_element_query_position(parts->playbin, GST_FORMAT_TIME, &now) && now >= 0)
+    GstElement* playbin = parts->queried;
+    if (playbin && gst_element_query_position(playbin, GST_FORMAT_TIME, &now) && now >= 0)
         return now;
     return std::nullopt;
-}
-
-std::optional<qint64> Preview_Pipeline::duration() const
-{
-    gint64 total = 0;
-    if (gst_element_query_duration(parts->playbin, GST_FORMAT_TIME, &total) && total > 0)
-        return total;
-    return std::nullopt;
-}
-
-// The stream time the segment the sinks play starts at.
-qint64 Preview_Pipeline::startOfMedia() const
-{
-    GstQuery* query = gst_query_new_segment(GST_FORMAT_TIME);
-    gint64 start = 0;
-    GstFormat format = GST_FORMAT_UNDEFINED;
-    if (gst_element_query(parts->playbin, query))
-        gst_query_parse_segment(query, nullptr, &format, &start, nullptr);
-    gst_query_unref(query);
-    return format == GST_FORMAT_TIME && start > 0 ? start : 0;
-}
-
-bool Preview_Pipeline::hasVideo() const
-{
-    gint streams = 0;
-    g_object_get(parts->playbin, "n-video", &streams, nullptr);
-    return streams > 0;
-}
-
-bool Preview_Pipeline::hasAudio() const
-{
-    gint streams = 0;
-    g_object_get(parts->playbin, "n-audio", &streams, nullptr);
-    return streams > 0;
-}
-
-void Preview_Pipeline::setVolume(float linear)
-{
-    if (parts->playbin)
-        g_object_set(parts->playbin, "volume", static_cast<double>(linear), nullptr);
 }

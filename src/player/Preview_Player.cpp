@@ -53,30 +53,21 @@ void Preview_Player::setSource(const QUrl& source)
     listener.endOfStream = [this] {
         reachedTheEnd();
     };
+    listener.loaded = [this](const Preview_Pipeline::Streams& streams) {
+        loaded(streams);
+    };
     listener.asyncDone = [this] {
         prerolled();
     };
-    listener.durationChanged = [this] {
-        length = -1;
+    listener.durationChanged = [this](qint64 nanoseconds) {
+        length = nanoseconds >= 0 ? nanoseconds / Nanoseconds_Per_Millisecond : -1;
     };
-    pipeline = std::make_unique<Preview_Pipeline>(this, std::move(listener), withSound);
-    if (!pipeline->valid()) {
-        failed(QMediaPlayer::ResourceError,
-               QStringLiteral("GStreamer's playbin, appsink or audio sink is not installed"));
-        return;
-    }
-    // Paused, the pipeline prerolls: it learns the streams and decodes the first frame.
-    if (!pipeline->load(url, level)) {
-        // The error message, already queued, says why; this is for a pipeline that did not.
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (status == QMediaPlayer::LoadingMedia)
-                    failed(QMediaPlayer::ResourceError,
-                           QStringLiteral("GStreamer could not open the file"));
-            },
-            Qt::QueuedConnection);
-    }
+    listener.seekRefused = [this](qint64 to) {
+        seekRefused(to);
+    };
+    // The pipeline is built and prerolls on the preview's GStreamer thread: what is asked of
+    // the player meanwhile is kept, and done once it has loaded.
+    pipeline = std::make_unique<Preview_Pipeline>(this, std::move(listener), withSound, url, level);
 }
 
 void Preview_Player::setVideoSink(QVideoSink* videoSink)
@@ -113,22 +104,20 @@ void Preview_Player::handOver(QVideoFrame frame, Frame_Times times)
     sink->setVideoFrame(frame);
 }
 
-// The pipeline has prerolled: the first time, the file is loaded; later, after a seek or pause,
-// the position is the pipeline's again.
+// The pipeline has prerolled again, after a seek or a pause: the position is the pipeline's.
 void Preview_Player::prerolled()
 {
-    if (status == QMediaPlayer::LoadingMedia)
-        loaded();
-    else if (seekTarget)
+    if (status != QMediaPlayer::LoadingMedia && seekTarget)
         lastPosition = *std::exchange(seekTarget, std::nullopt);
 }
 
-void Preview_Player::loaded()
+// The pipeline has prerolled for the first time: what was asked meanwhile is done now.
+void Preview_Player::loaded(const Preview_Pipeline::Streams& streams)
 {
-    video = pipeline->hasVideo();
-    audio = pipeline->hasAudio();
-    origin = pipeline->startOfMedia();
-    length = -1;
+    video = streams.video;
+    audio = streams.audio;
+    origin = streams.start;
+    length = streams.duration >= 0 ? streams.duration / Nanoseconds_Per_Millisecond : -1;
     if (seekTarget)
         sendSeek(streamTime(*seekTarget));
     if (state == QMediaPlayer::PlayingState)
@@ -190,12 +179,18 @@ qint64 Preview_Player::streamTime(qint64 milliseconds) const
 void Preview_Player::sendSeek(qint64 to)
 {
     landing = to;
-    if (!pipeline->seek(std::max<qint64>(0, to - seekLeadIn), to)) {
-        qInfo("Preview: the pipeline refused to seek to %lld ms",
-              (to - origin) / Nanoseconds_Per_Millisecond);
-        seekTarget.reset();
-        landing.reset();
-    }
+    pipeline->seek(std::max<qint64>(0, to - seekLeadIn), to);
+}
+
+// The pipeline refused the seek to `to`; a later one may be under way already.
+void Preview_Player::seekRefused(qint64 to)
+{
+    qInfo("Preview: the pipeline refused to seek to %lld ms",
+          (to - origin) / Nanoseconds_Per_Millisecond);
+    if (landing != to)
+        return;
+    seekTarget.reset();
+    landing.reset();
 }
 
 void Preview_Player::reachedTheEnd()
@@ -236,10 +231,6 @@ qint64 Preview_Player::position() const
 
 qint64 Preview_Player::duration() const
 {
-    if (length < 0 && pipeline && status != QMediaPlayer::LoadingMedia) {
-        if (const auto total = pipeline->duration())
-            length = *total / Nanoseconds_Per_Millisecond;
-    }
     return std::max<qint64>(0, length);
 }
 

@@ -59,12 +59,13 @@ private:
     using Frame_Times = Preview_Pipeline::Frame_Times;
 
     void prerolled();
-    void loaded();
+    void loaded(const Preview_Pipeline::Streams& streams);
     void reachedTheEnd();
     void failed(QMediaPlayer::Error error, const QString& text);
     void showFrame(const QVideoFrame& frame, Frame_Times times);
     void handOver(QVideoFrame frame, Frame_Times times);
     void sendSeek(qint64 to);
+    void seekRefused(qint64 to);
     qint64 streamTime(qint64 milliseconds) const;
     void setStatus(QMediaPlayer::MediaStatus next);
     void setState(QMediaPlayer::PlaybackState next);
@@ -79,7 +80,7 @@ private:
     bool video = false;
     bool audio = false;
     qint64 origin = 0;                // stream time of the first frame, in nanoseconds
-    mutable qint64 length = -1;       // milliseconds; -1 until the pipeline tells
+    qint64 length = -1;               // milliseconds; -1 until the pipeline tells
     mutable qint64 lastPosition = 0;  // milliseconds, as last reported
     std::optional<qint64> seekTarget; // milliseconds: the seek under way, or waiting for the load
     qint64 seekLeadIn = 0;            // how far before it the demuxer is sent, in nanoseconds

@@ -31,6 +31,8 @@ private slots:
     void cleanupTestCase();
     void previewShowsTheFrameAtTheSecondAskedFor_data();
     void previewShowsTheFrameAtTheSecondAskedFor();
+    void seekAskedWhileLoadingIsMadeOnceLoaded();
+    void playAskedWhileLoadingStartsOnceLoaded();
 
 private:
     AppDelegate* sessionFor(const QString& clip);
@@ -181,6 +183,35 @@ void Test_Preview_Seek::previewShowsTheFrameAtTheSecondAskedFor()
                             .arg(expected.index)
                             .arg(shown.index)
                             .arg(shown.difference)));
+}
+
+// The pipeline is built and loaded on the preview's GStreamer thread; what is asked of the
+// player before it has loaded is kept, and done once it has.
+void Test_Preview_Seek::seekAskedWhileLoadingIsMadeOnceLoaded()
+{
+    Preview_Player player(false);
+    QVideoSink sink;
+    player.setVideoSink(&sink);
+    player.setSource(QUrl::fromLocalFile(clips.filePath("ten.mp4")));
+    QCOMPARE(player.mediaStatus(), QMediaPlayer::LoadingMedia);
+    player.setPosition(6000);
+    player.pause();
+    QCOMPARE(player.position(), 6000);
+    QTRY_COMPARE(player.mediaStatus(), QMediaPlayer::LoadedMedia);
+    QTRY_VERIFY_WITH_TIMEOUT(covers(sink.videoFrame(), 6000), 10000);
+    QCOMPARE(player.playbackState(), QMediaPlayer::PausedState);
+    QVERIFY(qAbs(player.duration() - 10000) < 100);
+}
+
+void Test_Preview_Seek::playAskedWhileLoadingStartsOnceLoaded()
+{
+    Preview_Player player(false);
+    player.setSource(QUrl::fromLocalFile(clips.filePath("ten.mp4")));
+    player.play();
+    QCOMPARE(player.playbackState(), QMediaPlayer::PlayingState);
+    QTRY_COMPARE(player.mediaStatus(), QMediaPlayer::BufferedMedia);
+    QTRY_VERIFY(player.position() >= 500);
+    QVERIFY(player.hasVideo() && player.hasAudio());
 }
 
 QTEST_MAIN(Test_Preview_Seek)
