@@ -133,7 +133,8 @@ std::optional<QString> Batch_Cut::cutFile(const QString& file, QStringList& writ
     for (const QString& target : results)
         if (QFileInfo::exists(target))
             return QStringLiteral("%1 exists, and Corvanta does not replace it").arg(target);
-    const std::optional<bool> audio = hasAudio(file);
+    // A fast cut reads the file's streams itself.
+    const std::optional<bool> audio = request.fast ? std::optional(false) : hasAudio(file);
     if (!audio)
         return unreadableWhy;
 

@@ -225,6 +225,14 @@ QStringList Packet_List_Arguments(const QString& path)
             path};
 }
 
+QStringList First_Packet_Arguments(const QString& path)
+{
+    QStringList arguments = Packet_List_Arguments(path);
+    arguments.insert(arguments.size() - 1, QStringLiteral("-read_intervals"));
+    arguments.insert(arguments.size() - 1, QStringLiteral("%+#1"));
+    return arguments;
+}
+
 QStringList Clean_Start_Scan_Arguments(const Media_Info& source, const QString& output)
 {
     return {QStringLiteral("-nostdin"),

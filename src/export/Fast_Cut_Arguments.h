@@ -16,6 +16,8 @@ bool Copies_Video_Codec(const QString& codec);
 
 // ffprobe: every video packet's stamp and flags, in decoding order, as JSON.
 QStringList Packet_List_Arguments(const QString& path);
+// ffprobe: the same of the first video packet only.
+QStringList First_Packet_Arguments(const QString& path);
 // ffmpeg: only the packets that hold an H.264 IDR picture, copied into a NUT file with their
 // stamps.
 QStringList Clean_Start_Scan_Arguments(const Media_Info& source, const QString& output);

@@ -42,6 +42,17 @@ bool Reports_Errors(const QByteArray& errors)
     return false;
 }
 
+// The pictures ffmpeg says it wrote: the last "frame=" of its status lines.
+int Frames_Written(const QByteArray& errors)
+{
+    const qsizetype at = errors.lastIndexOf("frame=");
+    if (at < 0)
+        return -1;
+    bool read = false;
+    const int frames = errors.mid(at + 6, 12).trimmed().split(' ').value(0).toInt(&read);
+    return read ? frames : -1;
+}
+
 QString ordinalStep(const char* what, qsizetype k, qsizetype count)
 {
     return QStringLiteral("%1 segment %2 of %3").arg(QLatin1String(what)).arg(k).arg(count);
@@ -288,20 +299,21 @@ bool Fast_Cutter::makePiece(const Fast_Cut_Piece& piece, const QString& path, co
         {ffmpeg,
          copy ? Copy_Piece_Arguments(info, piece, path) : Encode_Piece_Arguments(info, piece, path),
          step, seconds(piece), 0.0, pieceCost(piece), 0.0, false});
-    if (!made || made->exitCode != 0 || (piece.decodesCleanly && Reports_Errors(made->errors)))
+    if (!made || made->exitCode != 0 || (piece.decodesCleanly && Reports_Errors(made->errors)) ||
+        Frames_Written(made->errors) != piece.frames)
         return false;
+    if (!copy)
+        return true;
+    // A copy must start at the planned packet. A program stream may leave the display time of
+    // a reference picture out: the decoding time, moved as the copy moves it, tells it too.
     const std::optional<Tool_Result> listed =
-        run({ffprobe, Packet_List_Arguments(path), QStringLiteral("Checking the pieces"), 0.0, 0.0,
+        run({ffprobe, First_Packet_Arguments(path), QStringLiteral("Checking the copy"), 0.0, 0.0,
              0.0, 0.0, true});
     if (!listed)
         return false;
     const std::optional<QList<Fast_Cut_Packet>> packets = Read_Packet_List(listed->output);
-    if (!packets || packets->size() != piece.frames)
-        return false;
-    // A program stream may leave the display time of a reference picture out: the decoding
-    // time, moved as the copy moves it, tells the first packet too.
     const double firstDts = piece.firstDts + piece.leading * 4.0 * piece.lead;
-    return !copy || std::abs(packets->first().dts - Copy_Stamp_Offset - firstDts) < 1e-3;
+    return packets && std::abs(packets->first().dts - Copy_Stamp_Offset - firstDts) < 1e-3;
 }
 
 bool Fast_Cutter::cutWhole()
