@@ -56,14 +56,20 @@ int Fast_Cut_Plan::nearestBoundary(double seconds) const
     return index;
 }
 
-Fast_Cut_Piece Fast_Cut_Plan::encodePiece(int first, int end) const
+Fast_Cut_Piece Fast_Cut_Plan::piece(Fast_Cut_Piece::Kind kind, int first, int end) const
 {
     Fast_Cut_Piece piece;
-    piece.kind = Fast_Cut_Piece::Kind::Encode;
+    piece.kind = kind;
     piece.from = times.at(first);
     piece.to = times.at(end);
     piece.frames = end - first;
     piece.lead = (times.at(first + 1) - piece.from) / 4.0;
+    return piece;
+}
+
+Fast_Cut_Piece Fast_Cut_Plan::encodePiece(int first, int end) const
+{
+    Fast_Cut_Piece piece = this->piece(Fast_Cut_Piece::Kind::Encode, first, end);
     int landing = first;
     while (landing > 0 && !keyAt.at(landing))
         --landing;
@@ -95,12 +101,7 @@ Fast_Cut_Segment Fast_Cut_Plan::plan(double start, double end) const
     }
     if (first < clean)
         segment.pieces << encodePiece(first, clean);
-    Fast_Cut_Piece copy;
-    copy.kind = Fast_Cut_Piece::Kind::Copy;
-    copy.from = times.at(clean);
-    copy.to = times.at(copyEnd);
-    copy.frames = copyEnd - clean;
-    copy.lead = (times.at(clean + 1) - copy.from) / 4.0;
+    Fast_Cut_Piece copy = piece(Fast_Cut_Piece::Kind::Copy, clean, copyEnd);
     copy.seek = copy.from + copy.lead;
     copy.firstPts = ptsAt.at(clean);
     copy.firstDts = dtsAt.at(clean);

@@ -64,6 +64,8 @@ public:
 
 private:
     int nearestBoundary(double seconds) const;
+    // Pictures first to end (exclusive) in display order, as a piece of that kind.
+    Fast_Cut_Piece piece(Fast_Cut_Piece::Kind kind, int first, int end) const;
     Fast_Cut_Piece encodePiece(int first, int end) const;
 
     QList<double> times; // display order, seconds from the start, with the end appended

@@ -57,8 +57,6 @@ public:
     bool stopped() const { return wasStopped; }
     // The pictures were re-encoded whole: the codec is not copied, or the source has errors.
     bool reencodedWhole() const { return whole; }
-    const QList<Fast_Cut_Segment>& segments() const { return planned; }
-    const Media_Info& source() const { return info; }
 
 private:
     std::optional<Tool_Result> run(Fast_Cut_Run step);
